@@ -22,8 +22,8 @@ class CZorPoint3d : public CZorObj {
 
     static const CZorPoint3d kOrigin;
 
-    CZorPoint3d() = default;
-    CZorPoint3d(double x, double y, double z) : x(x), y(y), z(z) {}
+    constexpr CZorPoint3d() = default;
+    constexpr CZorPoint3d(double x, double y, double z) : x(x), y(y), z(z) {}
     // Reads three doubles; a null pointer gives (0, 0, 0).
     CZorPoint3d(const double* p);
     CZorPoint3d(const CZorPoint3d& p) = default;

@@ -24,8 +24,8 @@ class CZorVector3d : public CZorObj {
     static const CZorVector3d kYAxis;  // (0, 1, 0)
     static const CZorVector3d kZAxis;  // (0, 0, 1)
 
-    CZorVector3d() = default;
-    CZorVector3d(double x, double y, double z) : x(x), y(y), z(z) {}
+    constexpr CZorVector3d() = default;
+    constexpr CZorVector3d(double x, double y, double z) : x(x), y(y), z(z) {}
     // Reads three doubles; a null pointer gives (0, 0, 0).
     CZorVector3d(const double* p);
     CZorVector3d(const CZorVector3d& v) = default;
