@@ -52,7 +52,7 @@ class CZorString : public CZorObj {
     CZorString& operator=(const CZorString& other);
     CZorString& operator=(const wchar_t* text);
     // Same observable result as the copy; takes the buffer over when both sides are closed.
-    CZorString& operator=(CZorString&& other) noexcept;
+    CZorString& operator=(CZorString&& other);
 
     // --- State and raw access ------------------------------------------------------------------
 
