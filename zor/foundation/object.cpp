@@ -13,7 +13,15 @@ void* zeroed_block(std::size_t n) {
 
 }  // namespace
 
-void* CZorObj::operator new(std::size_t n) { return zeroed_block(n); }
-void* CZorObj::operator new[](std::size_t n) { return zeroed_block(n); }
-void CZorObj::operator delete(void* p) noexcept { ::operator delete[](p); }
-void CZorObj::operator delete[](void* p) noexcept { ::operator delete[](p); }
+void* CZorObj::operator new(std::size_t n) {
+    return zeroed_block(n);
+}
+void* CZorObj::operator new[](std::size_t n) {
+    return zeroed_block(n);
+}
+void CZorObj::operator delete(void* p) noexcept {
+    ::operator delete[](p);
+}
+void CZorObj::operator delete[](void* p) noexcept {
+    ::operator delete[](p);
+}

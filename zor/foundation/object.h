@@ -9,7 +9,7 @@
 #include <cstddef>
 
 class CZorObj {
-public:
+  public:
     CZorObj() = default;
     CZorObj(const CZorObj&) = default;
     CZorObj& operator=(const CZorObj&) = default;
@@ -21,4 +21,9 @@ public:
     static void* operator new[](std::size_t n);
     static void operator delete(void* p) noexcept;
     static void operator delete[](void* p) noexcept;
+
+    // Construction in storage the caller provides. The class-scope operators above would hide
+    // the global placement form; this one touches nothing, the storage keeps its bytes.
+    static void* operator new(std::size_t, void* where) noexcept { return where; }
+    static void operator delete(void*, void*) noexcept {}
 };
