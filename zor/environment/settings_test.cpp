@@ -1,0 +1,309 @@
+#include "zor/environment/settings.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "zor/environment/path_unexpand.h"
+#include "zor/environment/test_support.h"
+
+namespace ZOR {
+namespace {
+
+using testing::ScopedEnv;
+using testing::SettingsTest;
+
+CZorArrayTempl<CZorString> listOf(std::initializer_list<const wchar_t*> texts) {
+    CZorArrayTempl<CZorString> list;
+    for (const wchar_t* t : texts) list.append(CZorString(t));
+    return list;
+}
+
+TEST_F(SettingsTest, SetUpQueriesAndAppKey) {
+    EXPECT_STREQ(regBasePathSet(nullptr), L"Soft\\Zor");
+    CZorString key(L"untouched");
+    EXPECT_FALSE(regAppKey(key, nullptr));
+    EXPECT_STREQ(key, L"untouched");
+    EXPECT_TRUE(regAppKey(key, L"Draw"));
+    EXPECT_STREQ(key, L"Soft\\Zor\\Draw\\7.1");
+}
+
+TEST_F(SettingsTest, NullVersionSwitchesTheKeyedLayerOff) {
+    curVerSet(nullptr);
+    unsigned long number = 5;
+    CZorString text(L"keep");
+    CZorArrayTempl<CZorString> list = listOf({L"keep"});
+    EXPECT_FALSE(regWrite(L"Draw", L"n", 1ul));
+    EXPECT_FALSE(regWrite(L"Draw", L"t", L"x", false));
+    EXPECT_FALSE(regWrite(L"Draw", L"l", list));
+    EXPECT_FALSE(regRead(L"Draw", L"n", number));
+    EXPECT_FALSE(regRead(L"Draw", L"t", text));
+    EXPECT_FALSE(regRead(L"Draw", L"l", list));
+    EXPECT_FALSE(regDelValue(L"Draw", L"n"));
+    EXPECT_EQ(number, 5u);
+    EXPECT_STREQ(text, L"keep");
+    EXPECT_EQ(list.len(), 1u);
+    // Nothing was touched: not even the user's hive exists.
+    EXPECT_NE(::access(detail::hiveFile(HKEY_CURRENT_USER).c_str(), F_OK), 0);
+    CZorString key;
+    EXPECT_TRUE(regAppKey(key, L"Draw"));
+    EXPECT_STREQ(key, L"Soft\\Zor\\Draw\\");
+}
+
+TEST_F(SettingsTest, NullOrEmptyAppIsRefused) {
+    unsigned long number = 0;
+    EXPECT_FALSE(regWrite(static_cast<const wchar_t*>(nullptr), L"n", 1ul));
+    EXPECT_FALSE(regWrite(L"", L"n", 1ul));
+    EXPECT_FALSE(regRead(static_cast<const wchar_t*>(nullptr), L"n", number));
+    EXPECT_FALSE(regInit(nullptr));
+    EXPECT_FALSE(regInit(L""));
+}
+
+TEST_F(SettingsTest, RoundTripOfAllThreeForms) {
+    EXPECT_TRUE(regWrite(L"Draw", L"n", 0xFFFFFFFFul));
+    EXPECT_TRUE(regWrite(L"Draw", L"t", L"hello", false));
+    EXPECT_TRUE(regWrite(L"Draw", L"l", listOf({L"a", L"", L"c"})));
+    unsigned long number = 0;
+    CZorString text;
+    CZorArrayTempl<CZorString> list = listOf({L"old", L"old"});
+    EXPECT_TRUE(regRead(L"Draw", L"n", number));
+    EXPECT_EQ(number, 0xFFFFFFFFul);
+    EXPECT_TRUE(regRead(L"Draw", L"t", text));
+    EXPECT_STREQ(text, L"hello");
+    // An empty string in the middle of a list ends it.
+    EXPECT_TRUE(regRead(L"Draw", L"l", list));
+    ASSERT_EQ(list.len(), 1u);
+    EXPECT_STREQ(list[0], L"a");
+    // Wrong forms are refused and leave the out-values alone.
+    EXPECT_FALSE(regRead(L"Draw", L"t", number));
+    EXPECT_FALSE(regRead(L"Draw", L"n", text));
+    EXPECT_FALSE(regRead(L"Draw", L"t", list));
+    EXPECT_EQ(number, 0xFFFFFFFFul);
+    EXPECT_STREQ(text, L"hello");
+}
+
+TEST_F(SettingsTest, SubPathOfValueNameBecomesSubkey) {
+    EXPECT_TRUE(regWrite(L"Draw", L"a\\b\\c", 3ul));
+    HKEY key = nullptr;
+    ASSERT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1\\a\\b", KEY_READ, &key),
+              ERROR_SUCCESS);
+    unsigned long number = 0;
+    EXPECT_TRUE(regRead(key, L"c", number));
+    EXPECT_EQ(number, 3u);
+    regCloseKey(key);
+}
+
+TEST_F(SettingsTest, UserHiveFirstMachineHiveAsFallback) {
+    writeMachine(L"Soft\\Zor\\Draw\\7.1", L"n", 10ul);
+    writeMachine(L"Soft\\Zor\\Draw\\7.1", L"only", 11ul);
+    unsigned long number = 0;
+    // Machine hive alone.
+    EXPECT_TRUE(regRead(L"Draw", L"only", number));
+    EXPECT_EQ(number, 11u);
+    // Both hives: the user's wins.
+    EXPECT_TRUE(regWrite(L"Draw", L"n", 20ul));
+    EXPECT_TRUE(regRead(L"Draw", L"n", number));
+    EXPECT_EQ(number, 20u);
+    // The user's of the wrong type: the machine's number is read.
+    EXPECT_TRUE(regWrite(L"Draw", L"n", L"text", false));
+    EXPECT_TRUE(regRead(L"Draw", L"n", number));
+    EXPECT_EQ(number, 10u);
+    // Writes never reach the machine hive.
+    HKEY key = nullptr;
+    ASSERT_EQ(regOpenKey(HKEY_LOCAL_MACHINE, L"Soft\\Zor\\Draw\\7.1", KEY_READ, &key),
+              ERROR_SUCCESS);
+    unsigned long machine = 0;
+    EXPECT_TRUE(regRead(key, L"n", machine));
+    EXPECT_EQ(machine, 10u);
+    regCloseKey(key);
+}
+
+TEST_F(SettingsTest, MissingMachineHiveFallsThroughToFalse) {
+    unsigned long number = 42;
+    EXPECT_FALSE(regRead(L"Draw", L"nothing", number));
+    EXPECT_TRUE(regWrite(L"Draw", L"other", 1ul));
+    EXPECT_FALSE(regRead(L"Draw", L"nothing", number));
+    EXPECT_EQ(number, 42u);
+}
+
+TEST_F(SettingsTest, NullTextAndEmptyListDelete) {
+    EXPECT_TRUE(regWrite(L"Draw", L"t", L"x", false));
+    EXPECT_TRUE(regWrite(L"Draw", L"t", nullptr, false));
+    CZorString text(L"keep");
+    EXPECT_FALSE(regRead(L"Draw", L"t", text));
+    EXPECT_STREQ(text, L"keep");
+    EXPECT_FALSE(regWrite(L"Draw", L"t", nullptr, false));  // nothing left to delete
+
+    EXPECT_TRUE(regWrite(L"Draw", L"l", listOf({L"a"})));
+    EXPECT_TRUE(regWrite(L"Draw", L"l", CZorArrayTempl<CZorString>()));
+    EXPECT_FALSE(regDelValue(L"Draw", L"l"));
+    EXPECT_TRUE(regWrite(L"Draw", L"n", 1ul));
+    EXPECT_TRUE(regDelValue(L"Draw", L"n"));
+    EXPECT_FALSE(regDelValue(L"Draw", L"n"));
+}
+
+TEST_F(SettingsTest, LongTextNeedsTheRetryAndOverLongIsRefused) {
+    const std::wstring longText(1000, L'x');  // far beyond the first 128 bytes
+    EXPECT_TRUE(regWrite(L"Draw", L"t", longText.c_str(), false));
+    CZorString text;
+    EXPECT_TRUE(regRead(L"Draw", L"t", text));
+    EXPECT_EQ(text.len(), 1000);
+    const std::wstring tooLong(300000, L'y');  // above the store's value limit
+    EXPECT_FALSE(regWrite(L"Draw", L"t", tooLong.c_str(), false));
+    EXPECT_TRUE(regRead(L"Draw", L"t", text));
+    EXPECT_EQ(text.len(), 1000);
+}
+
+TEST_F(SettingsTest, FoldedPathListIsStoredAsReferencesAndReadExpanded) {
+    ScopedEnv home("HOME", "/home/ann");
+    ScopedEnv config("XDG_CONFIG_HOME", "/home/ann/.config");
+    EXPECT_TRUE(regWrite(L"Draw", L"p", L"/home/ann/.config/zor;/opt/x;/home/ann/d", true));
+    HKEY key = nullptr;
+    ASSERT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1", KEY_READ, &key),
+              ERROR_SUCCESS);
+    unsigned long type = 0;
+    wchar_t stored[128];
+    unsigned long size = sizeof stored;
+    ASSERT_EQ(regQueryValue(key, L"p", &type, reinterpret_cast<unsigned char*>(stored), &size),
+              ERROR_SUCCESS);
+    regCloseKey(key);
+    EXPECT_EQ(type, REG_EXPAND_SZ);
+    EXPECT_STREQ(stored, L"%XDG_CONFIG_HOME%/zor;/opt/x;%HOME%/d");
+    CZorString text;
+    EXPECT_TRUE(regRead(L"Draw", L"p", text));
+    EXPECT_STREQ(text, L"/home/ann/.config/zor;/opt/x;/home/ann/d");
+    // Nothing to fold: stored as plain text.
+    EXPECT_TRUE(regWrite(L"Draw", L"q", L"/opt/x", true));
+    ASSERT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1", KEY_READ, &key),
+              ERROR_SUCCESS);
+    EXPECT_EQ(regQueryValue(key, L"q", &type, nullptr, nullptr), ERROR_SUCCESS);
+    EXPECT_EQ(type, REG_SZ);
+    regCloseKey(key);
+}
+
+TEST(PathUnExpand, PicksLongestCoveringVariableAtComponentBoundary) {
+    ScopedEnv home("HOME", "/home/ann/");
+    ScopedEnv tmp("TMPDIR", "/home/ann/tmp");
+    ScopedEnv root("TEMP", "/");
+    wchar_t buffer[260] = L"untouched";
+    EXPECT_TRUE(PathUnExpandEnvStringsW(L"/home/ann/tmp/a", buffer, 260));
+    EXPECT_STREQ(buffer, L"%TMPDIR%/a");
+    EXPECT_TRUE(PathUnExpandEnvStringsW(L"\\home\\ann", buffer, 260));
+    EXPECT_STREQ(buffer, L"%HOME%");
+    wcscpy(buffer, L"untouched");
+    EXPECT_FALSE(PathUnExpandEnvStringsW(L"/home/annex/a", buffer, 260));
+    EXPECT_FALSE(PathUnExpandEnvStringsW(L"/usr/a", buffer, 260));
+    EXPECT_FALSE(PathUnExpandEnvStringsW(L"/home/ann/a", buffer, 8));  // "%HOME%/a" needs 9
+    EXPECT_FALSE(PathUnExpandEnvStringsW(nullptr, buffer, 260));
+    EXPECT_STREQ(buffer, L"untouched");
+}
+
+TEST_F(SettingsTest, InitRegistersVersionAndApplication) {
+    EXPECT_TRUE(regInit(L"draw"));
+    EXPECT_TRUE(regInit(L"Plot"));
+    EXPECT_TRUE(regInit(L"DRAW"));
+    HKEY key = nullptr;
+    ASSERT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\draw", KEY_READ, &key), ERROR_SUCCESS);
+    CZorString version;
+    EXPECT_TRUE(regRead(key, L"CurVer", version));
+    EXPECT_STREQ(version, L"7.1");
+    regCloseKey(key);
+    EXPECT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\draw\\7.1", KEY_READ, &key),
+              ERROR_SUCCESS);
+    regCloseKey(key);
+
+    CZorArrayTempl<CZorString> apps;
+    appKeys(apps);
+    ASSERT_EQ(apps.len(), 2u);
+    EXPECT_STREQ(apps[0], L"PLOT");
+    EXPECT_STREQ(apps[1], L"DRAW");
+    appKeyAdd(L"abc");
+    appKeyAdd(L"ABC");
+    appKeys(apps);
+    ASSERT_EQ(apps.len(), 3u);
+    EXPECT_STREQ(apps[0], L"ABC");
+}
+
+TEST_F(SettingsTest, CleanupClearsTheState) {
+    appKeyAdd(L"x");
+    detail::settingsCleanup();
+    EXPECT_EQ(regBasePathSet(nullptr), nullptr);
+    EXPECT_TRUE(detail::settingsCurVer.isNull());
+    CZorArrayTempl<CZorString> apps;
+    appKeys(apps);
+    EXPECT_TRUE(apps.isEmpty());
+}
+
+TEST_F(SettingsTest, CopyTreeKeepsOrReplacesAtTopOnly) {
+    HKEY source = nullptr;
+    HKEY target = nullptr;
+    ASSERT_EQ(regCreateKey(HKEY_CURRENT_USER, L"src", &source), ERROR_SUCCESS);
+    ASSERT_EQ(regCreateKey(HKEY_CURRENT_USER, L"dst", &target), ERROR_SUCCESS);
+    HKEY sub = nullptr;
+    ASSERT_EQ(regCreateKey(source, L"sub", &sub), ERROR_SUCCESS);
+    EXPECT_TRUE(regWrite(sub, L"v", 1ul));
+    EXPECT_TRUE(regWrite(sub, L"w", listOf({L"a", L"b"})));
+    regCloseKey(sub);
+    EXPECT_TRUE(regWrite(source, L"top", 1ul));
+    EXPECT_TRUE(regWrite(source, L"new", L"n", false));
+    const std::wstring wide(400, L'w');  // 1604 bytes: beyond the copy's data buffer
+    EXPECT_TRUE(regWrite(source, L"wide", wide.c_str(), false));
+    EXPECT_TRUE(regWrite(source, L"after", 5ul));
+    EXPECT_TRUE(regWrite(target, L"top", 2ul));
+    ASSERT_EQ(regCreateKey(target, L"sub", &sub), ERROR_SUCCESS);
+    EXPECT_TRUE(regWrite(sub, L"v", 2ul));
+    regCloseKey(sub);
+
+    auto number = [](HKEY key, const wchar_t* path, const wchar_t* name) {
+        HKEY k = nullptr;
+        unsigned long n = 0;
+        if (regOpenKey(key, path, KEY_READ, &k) != ERROR_SUCCESS) return 0ul;
+        regRead(k, name, n);
+        regCloseKey(k);
+        return n;
+    };
+    EXPECT_TRUE(regCopyTree(target, source, false));
+    EXPECT_EQ(number(target, L"", L"top"), 2u);
+    EXPECT_EQ(number(target, L"sub", L"v"), 2u);
+    CZorString text;
+    EXPECT_TRUE(regRead(target, L"new", text));
+    EXPECT_STREQ(text, L"n");
+    // The value that doesn't fit ends the enumeration: what follows it isn't copied.
+    EXPECT_FALSE(regRead(target, L"wide", text));
+    EXPECT_EQ(number(target, L"", L"after"), 0u);
+
+    EXPECT_TRUE(regCopyTree(target, source, true));
+    EXPECT_EQ(number(target, L"", L"top"), 1u);
+    EXPECT_EQ(number(target, L"sub", L"v"), 2u);
+    CZorArrayTempl<CZorString> list;
+    HKEY copied = nullptr;
+    ASSERT_EQ(regOpenKey(target, L"sub", KEY_READ, &copied), ERROR_SUCCESS);
+    EXPECT_TRUE(regRead(copied, L"w", list));
+    EXPECT_EQ(list.len(), 2u);
+    regCloseKey(copied);
+    regCloseKey(source);
+    regCloseKey(target);
+}
+
+TEST_F(SettingsTest, HandleNumberReadTakesAtMostFourBytes) {
+    HKEY key = nullptr;
+    ASSERT_EQ(regCreateKey(HKEY_CURRENT_USER, L"k", &key), ERROR_SUCCESS);
+    const unsigned char eight[8] = {1, 2, 3, 4, 5, 6, 7, 8};
+    ASSERT_EQ(regSetValue(key, L"q", REG_BINARY, eight, 8), ERROR_SUCCESS);
+    unsigned long number = 0;
+    EXPECT_TRUE(regRead(key, L"q", number));
+    EXPECT_EQ(number, 0x04030201u);
+    // The keyed form asks for a REG_DWORD of exactly four bytes.
+    regCloseKey(key);
+    EXPECT_TRUE(regWrite(L"Draw", L"x", 1ul));
+    ASSERT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1", KEY_CHANGE, &key),
+              ERROR_SUCCESS);
+    ASSERT_EQ(regSetValue(key, L"q", REG_DWORD, eight, 8), ERROR_SUCCESS);
+    regCloseKey(key);
+    number = 9;
+    EXPECT_FALSE(regRead(L"Draw", L"q", number));
+    EXPECT_EQ(number, 9u);
+}
+
+}  // namespace
+}  // namespace ZOR
