@@ -69,7 +69,6 @@ std::wstring toRuntimeFormat(const wchar_t* fmt) {
             out += static_cast<wchar_t>(std::towlower(conversion));
             ++p;
         } else {
-            if (width == Width::wide) out += L'l';
             out += modifier;
             if (conversion) out += *p++;
         }
