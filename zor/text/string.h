@@ -38,7 +38,7 @@ class CZorString : public CZorObj {
     // --- Construction and assignment -----------------------------------------------------------
 
     CZorString();
-    CZorString(const wchar_t* text);  // NOLINT: implicit on purpose, literals pass as strings
+    CZorString(const wchar_t* text);  // implicit on purpose: literals pass as strings
     // The copy gets a capacity that follows from the text, not from the source's capacity. A copy
     // of an open string is closed.
     CZorString(const CZorString& other);
@@ -51,7 +51,8 @@ class CZorString : public CZorObj {
     // the string first, so it ends closed with the right length.
     CZorString& operator=(const CZorString& other);
     CZorString& operator=(const wchar_t* text);
-    // Same observable result as the copy; takes the buffer over when both sides are closed.
+    // Same observable result as the copy. When both sides are closed it takes the buffer over and
+    // leaves `other` null; otherwise it copies and `other` keeps its text.
     CZorString& operator=(CZorString&& other);
 
     // --- State and raw access ------------------------------------------------------------------
