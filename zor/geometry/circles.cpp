@@ -19,9 +19,7 @@ constexpr double kTwoPi = 2 * kPi;
 class Hits {
   public:
     void add(const CZorPoint3d& p) { points_[count_++] = p; }
-    int count() const { return count_; }
     bool isEmpty() const { return count_ == 0; }
-    const CZorPoint3d& operator[](int i) const { return points_[i]; }
     bool contains(const CZorPoint3d& p) const {
         return std::find(points_, points_ + count_, p) != points_ + count_;
     }
@@ -42,7 +40,8 @@ class Hits {
     }
 
   private:
-    CZorPoint3d points_[4];  // two arcs about one centre share at most their four end points
+    // A circle meets a line or another circle in two points at most, and an arc has two ends.
+    CZorPoint3d points_[2];
     int count_ = 0;
 };
 
@@ -151,11 +150,11 @@ bool g_aai(CZorPoint3dArray& list, const CZorPoint3d& c1, double r1, double a0, 
         Hits ends2;
         ends2.add(polar(c2, b0, r2));
         ends2.add(polar(c2, b1, r2));
-        Hits common = ends1.filtered([&](const CZorPoint3d& x) { return ends2.contains(x); });
-        for (int i = 0; i < ends2.count(); ++i) {
-            if (ends1.contains(ends2[i]) && !common.contains(ends2[i])) common.add(ends2[i]);
-        }
-        return common.writeTo(list);
+        // The common end points in the first arc's order. An end of the second arc that the
+        // first arc's ends contain is == to one of those, which is then already in the result
+        // (point equality is symmetric), so the second arc adds nothing of its own.
+        return ends1.filtered([&](const CZorPoint3d& x) { return ends2.contains(x); })
+            .writeTo(list);
     }
     return circleCircle(c1, r1, c2, r2)
         .filtered([&](const CZorPoint3d& x) {
