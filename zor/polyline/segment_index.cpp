@@ -1,0 +1,176 @@
+#include "zor/polyline/segment_index.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "zor/polyline/vertexarray.h"
+
+namespace ZOR::detail {
+
+namespace {
+
+constexpr int kLeafSize = 8;
+
+Box2d unbounded() {
+    const double inf = std::numeric_limits<double>::infinity();
+    return Box2d{-inf, -inf, inf, inf};
+}
+
+Box2d pointBox(const CZorPoint3d& a, const CZorPoint3d& b) {
+    return Box2d{std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
+}
+
+Box2d widened(Box2d b, double m) {
+    b.xlo -= m;
+    b.ylo -= m;
+    b.xhi += m;
+    b.yhi += m;
+    return b;
+}
+
+bool finiteBox(const Box2d& b) {
+    return std::isfinite(b.xlo) && std::isfinite(b.ylo) && std::isfinite(b.xhi) &&
+           std::isfinite(b.yhi);
+}
+
+// Liang-Barsky clipping of the segment p-q against the box: whether any part lies inside.
+bool segmentTouchesBox(const CZorPoint3d& p, const CZorPoint3d& q, const Box2d& b) {
+    double t0 = 0.0, t1 = 1.0;
+    const double d[2] = {q.x - p.x, q.y - p.y};
+    const double lo[2] = {b.xlo - p.x, b.ylo - p.y};
+    const double hi[2] = {b.xhi - p.x, b.yhi - p.y};
+    for (int k = 0; k < 2; ++k) {
+        if (d[k] == 0.0) {
+            if (lo[k] > 0.0 || hi[k] < 0.0) return false;
+            continue;
+        }
+        double ta = lo[k] / d[k];
+        double tb = hi[k] / d[k];
+        if (ta > tb) std::swap(ta, tb);
+        t0 = std::max(t0, ta);
+        t1 = std::min(t1, tb);
+        if (t0 > t1) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+void Box2d::add(const Box2d& b) {
+    xlo = std::min(xlo, b.xlo);
+    ylo = std::min(ylo, b.ylo);
+    xhi = std::max(xhi, b.xhi);
+    yhi = std::max(yhi, b.yhi);
+}
+
+double boxMargin() {
+    return 2.0 * CZorPoint3d::tol + 1e-12;
+}
+
+Box2d segmentBox(const CZorVertex& v, double margin) {
+    Box2d b = pointBox(v.start, v.end);
+    if (v.bulge != 0.0) {
+        const double chord = v.start.distanceTo(v.end);
+        const double r = v.radius();
+        // Far-away centres of flat arcs carry rounding of the order of r * 1e-16 into the
+        // intersection arithmetic; allow generously for it.
+        const double rounding = 1e-9 * r;
+        if (std::fabs(v.bulge) <= 1.0) {
+            // A minor arc lies within the sagitta of its chord.
+            b = widened(b, std::fabs(v.bulge) * chord * 0.5 + rounding);
+        } else {
+            const CZorPoint3d c = v.center();
+            b = Box2d{c.x - r, c.y - r, c.x + r, c.y + r};
+            b = widened(b, rounding);
+        }
+    }
+    b = widened(b, margin);
+    if (!finiteBox(b)) return unbounded();
+    return b;
+}
+
+SegmentIndex::SegmentIndex(const CZorVertexArray& vl) {
+    const int n = vl.len();
+    const double margin = boxMargin();
+    boxes_.reserve(n);
+    for (int i = 0; i < n; ++i) boxes_.push_back(segmentBox(vl[i], margin));
+    order_.resize(n);
+    for (int i = 0; i < n; ++i) order_[i] = i;
+    if (n > 0) {
+        nodes_.reserve(2 * (n / kLeafSize + 1));
+        build(0, n);
+    }
+}
+
+int SegmentIndex::build(int first, int count) {
+    const int self = static_cast<int>(nodes_.size());
+    nodes_.push_back(Node{});
+    Box2d box = boxes_[order_[first]];
+    for (int k = first + 1; k < first + count; ++k) box.add(boxes_[order_[k]]);
+    nodes_[self].box = box;
+    if (count <= kLeafSize) {
+        nodes_[self].first = first;
+        nodes_[self].count = count;
+        return self;
+    }
+    // Split at the median of the box centres along the wider extent. Unbounded boxes count as
+    // centred at 0 (keeping the order strict) and only make their subtree's box unbounded.
+    const bool alongX = (box.xhi - box.xlo) >= (box.yhi - box.ylo);
+    auto centre = [&](int i) {
+        const Box2d& b = boxes_[i];
+        const double c = alongX ? b.xlo * 0.5 + b.xhi * 0.5 : b.ylo * 0.5 + b.yhi * 0.5;
+        return std::isfinite(c) ? c : 0.0;
+    };
+    const int half = count / 2;
+    std::nth_element(order_.begin() + first, order_.begin() + first + half,
+                     order_.begin() + first + count, [&](int a, int b) {
+                         const double ca = centre(a), cb = centre(b);
+                         if (ca < cb) return true;
+                         if (cb < ca) return false;
+                         return a < b;
+                     });
+    const int left = build(first, half);
+    const int right = build(first + half, count - half);
+    nodes_[self].left = left;
+    nodes_[self].right = right;
+    return self;
+}
+
+template <class Test>
+void SegmentIndex::collect(Test test, std::vector<int>& out) const {
+    out.clear();
+    if (nodes_.empty()) return;
+    std::vector<int> stack{0};
+    while (!stack.empty()) {
+        const Node& node = nodes_[stack.back()];
+        stack.pop_back();
+        if (!test(node.box)) continue;
+        if (node.count > 0) {
+            for (int k = node.first; k < node.first + node.count; ++k) {
+                if (test(boxes_[order_[k]])) out.push_back(order_[k]);
+            }
+        } else {
+            stack.push_back(node.left);
+            stack.push_back(node.right);
+        }
+    }
+    std::sort(out.begin(), out.end());
+}
+
+void SegmentIndex::query(const Box2d& b, std::vector<int>& out) const {
+    collect([&](const Box2d& box) { return box.overlaps(b); }, out);
+}
+
+void SegmentIndex::querySegment(const CZorPoint3d& p, const CZorPoint3d& q,
+                                std::vector<int>& out) const {
+    if (!(p.isValid() && q.isValid())) {
+        // Nothing can be ruled out for a ray with a non-finite end.
+        out.resize(boxes_.size());
+        for (int i = 0; i < size(); ++i) out[i] = i;
+        return;
+    }
+    collect([&](const Box2d& box) { return segmentTouchesBox(p, q, box); }, out);
+}
+
+}  // namespace ZOR::detail

@@ -1,0 +1,68 @@
+// A static bounding-volume hierarchy over the segments of a polyline, used to skip pairs of
+// segments that cannot meet before running the exact per-pair arithmetic.
+//
+// Every box is conservative: it holds the whole segment (for an arc, its chord box widened by
+// the sagitta, or its full circle when it is more than half of one) and is widened by twice the
+// point tolerance that is current when the index is built, plus a small relative allowance for
+// the rounding of far-away arc centres. Two segments whose boxes don't overlap therefore cannot
+// have a crossing, a touching point or a point of one lying on the other at that tolerance.
+// Queries return segment indices in ascending order, so a pruned loop visits candidates in the
+// same order as the plain one.
+#pragma once
+
+#include <vector>
+
+#include "zor/geometry/point3d.h"
+#include "zor/polyline/vertex.h"
+
+class CZorVertexArray;
+
+namespace ZOR::detail {
+
+struct Box2d {
+    double xlo = 0.0, ylo = 0.0, xhi = 0.0, yhi = 0.0;
+
+    bool overlaps(const Box2d& b) const {
+        return !(b.xlo > xhi || xlo > b.xhi || b.ylo > yhi || ylo > b.yhi);
+    }
+    void add(const Box2d& b);
+};
+
+// Widening that makes boxes conservative at the current point tolerance.
+double boxMargin();
+// Conservative box of one segment, widened by `margin`. A segment with a non-finite coordinate
+// gets an unbounded box, so it is never pruned.
+Box2d segmentBox(const CZorVertex& v, double margin);
+
+class SegmentIndex {
+  public:
+    // Boxes of every segment of `vl`, widened by boxMargin() at this moment.
+    explicit SegmentIndex(const CZorVertexArray& vl);
+
+    int size() const { return static_cast<int>(boxes_.size()); }
+    const Box2d& box(int i) const { return boxes_[i]; }
+
+    // Indices of the segments whose boxes overlap `b`, ascending; `out` is replaced.
+    void query(const Box2d& b, std::vector<int>& out) const;
+    // Indices of the segments whose boxes the straight segment p-q can touch, ascending.
+    void querySegment(const CZorPoint3d& p, const CZorPoint3d& q, std::vector<int>& out) const;
+
+  private:
+    struct Node {
+        Box2d box;
+        int first = 0;  // leaves: their range in order_
+        int count = 0;  // 0 for inner nodes
+        int left = -1;
+        int right = -1;
+    };
+
+    int build(int first, int count);
+    template <class Test>
+    void collect(Test test, std::vector<int>& out) const;
+
+    std::vector<Box2d> boxes_;
+    std::vector<int> order_;
+    std::vector<Node> nodes_;
+};
+
+}  // namespace ZOR::detail
