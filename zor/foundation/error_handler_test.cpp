@@ -99,7 +99,7 @@ TEST(ErrorHandlerTest, CopiesKeepTheReplacedTranslatorAndInstallNothing) {
     // when they go out of scope, in reverse order of construction.
 }
 
-TEST(ErrorHandlerTest, ScopeActsOnItsOwnThreadOnly) {
+TEST(ErrorHandlerTest, EveryThreadOpensItsOwnScope) {
     unsigned int code_in_thread = 0;
     std::thread worker([&] {
         CZorErrorHandler guard;
@@ -108,8 +108,6 @@ TEST(ErrorHandlerTest, ScopeActsOnItsOwnThreadOnly) {
     worker.join();
     EXPECT_EQ(code_in_thread, CZorErrorHandler::kAccessViolation);
 }
-
-using ErrorHandlerDeathTest = ::testing::Test;
 
 TEST(ErrorHandlerDeathTest, FaultsOutsideAnyScopeKeepTheirDefaultCourse) {
     { CZorErrorHandler installs_the_signal_handlers; }

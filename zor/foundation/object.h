@@ -22,8 +22,8 @@ class CZorObj {
     static void operator delete(void* p) noexcept;
     static void operator delete[](void* p) noexcept;
 
-    // Construction in storage the caller provides. The class-scope operators above would hide
-    // the global placement form; this one touches nothing, the storage keeps its bytes.
+    // Construction in storage the caller provides, which is not cleared. The class-scope
+    // operators above would otherwise hide the global placement form.
     static void* operator new(std::size_t, void* where) noexcept { return where; }
     static void operator delete(void*, void*) noexcept {}
 };

@@ -34,8 +34,11 @@ CSmartHandle& CSmartHandle::operator=(int fd) {
     return *this;
 }
 
+// A null handle never equals the stored value, which is never null, so close always runs.
 CSmartHandle& CSmartHandle::operator=(std::nullptr_t) {
-    return *this = -1;
+    close();
+    m_handle = -1;
+    return *this;
 }
 
 int CSmartHandle::detach() {

@@ -36,7 +36,7 @@ class CSmartHandle {
     // Takes `fd` in place of the held descriptor. Nothing happens when `fd` is the value held
     // now (compared as given, before a negative value becomes -1); otherwise `close` runs first.
     CSmartHandle& operator=(int fd);
-    // Closes the held descriptor, if any, and holds nothing.
+    // Calls `close` (which finds nothing on an empty handle) and holds nothing.
     CSmartHandle& operator=(std::nullptr_t);
 
     // Returns the held value and holds nothing, without closing.
