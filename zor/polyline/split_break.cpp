@@ -1,0 +1,391 @@
+#include "zor/polyline/split_break.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "zor/geometry/formulas.h"
+#include "zor/polyline/numeric.h"
+#include "zor/polyline/orientation.h"
+#include "zor/polyline/segment_index.h"
+#include "zor/polyline/segment_relations.h"
+
+using ZOR::detail::kPi;
+
+namespace ZOR {
+
+namespace {
+
+// Bookkeeping for breaking: which original segment each current piece came from. Pieces of one
+// original are contiguous and in order, so the position of an original's first piece is found
+// by bisection.
+class PieceMap {
+  public:
+    explicit PieceMap(int n) : origin_(n) {
+        for (int i = 0; i < n; ++i) origin_[i] = i;
+    }
+    int origin(int piece) const { return origin_[piece]; }
+    int firstPiece(int original) const {
+        return static_cast<int>(std::lower_bound(origin_.begin(), origin_.end(), original) -
+                                origin_.begin());
+    }
+    void split(int piece) { origin_.insert(origin_.begin() + piece, origin_[piece]); }
+
+  private:
+    std::vector<int> origin_;
+};
+
+// One pair of the breaking walk. Returns true when a segment was broken, in which case the same
+// pair runs again.
+bool breakPair(CZorVertexArray& a, CZorVertexArray& b, int i, int j, int flags, PieceMap* aPieces,
+               PieceMap* bPieces) {
+    CZorPoint3dArray hits;
+    const CZorVertex v = a[i];
+    if (flags & 1) {
+        if (v.intersectWith(hits, b[j], 0x002)) {
+            a.breakVertex(i, hits[0]);
+            if (aPieces) aPieces->split(i);
+            return true;
+        }
+        const CZorPoint3d q = b[j].start;
+        if (a[i].isPoint(q) && q != a[i].start && q != a[i].end) {
+            a.breakVertex(i, q);
+            if (aPieces) aPieces->split(i);
+            return true;
+        }
+    }
+    if (flags & 2) {
+        if (v.intersectWith(hits, b[j], 0x004)) {
+            b.breakVertex(j, hits[0]);
+            if (bPieces) bPieces->split(j);
+            return true;
+        }
+        const CZorPoint3d q = a[i].start;
+        if (b[j].isPoint(q) && q != b[j].start && q != b[j].end) {
+            b.breakVertex(j, q);
+            if (bPieces) bPieces->split(j);
+            return true;
+        }
+    }
+    return false;
+}
+
+CZorVertexArray withNormalOf(const CZorVertexArray& source) {
+    CZorVertexArray out;
+    out.setNormal(source.normal());
+    return out;
+}
+
+}  // namespace
+
+CZorVertexArray g_vl_split(CZorVertexArray vl, const CZorPoint3dArray& pts) {
+    if (pts.len() == 0) return vl;
+    const int limit = 2 * (vl.len() + pts.len());
+    for (int i = 0; i < vl.len() && i <= limit; ++i) {
+        for (int k = 0; k < pts.len(); ++k) {
+            const CZorPoint3d& p = pts[k];
+            const CZorVertex& s = vl[i];
+            if (p == s.start || p == s.end) continue;
+            if (s.isPoint(p)) vl.breakVertex(i, p);
+        }
+    }
+    return vl;
+}
+
+CZorVertexArray g_vl_split_ang(const CZorVertexArray& vl, double ang) {
+    CZorPoint3dArray pts;
+    for (int i = 0; i < vl.len(); ++i) {
+        const CZorVertex& s = vl[i];
+        if (s.bulge == 0.0) continue;
+        const CZorPoint3d c = s.center();
+        const double r = c.distanceTo(s.start);
+        const double sweep = 4.0 * std::atan(s.bulge);
+        // A clockwise sweep is negative and always yields two pieces.
+        const double ratio = sweep / ang;
+        const int n = std::max(ratio > 0.0 ? detail::truncCount(ratio) + 1 : 1, 2);
+        const double step = sweep / n;
+        const double a0 = angle(c, s.start);
+        for (int m = 1; m <= n; ++m) pts.append(polar(c, a0 + m * step, r));
+    }
+    return g_vl_split(vl, pts.reverse());
+}
+
+CZorVertexArray g_vl_split_dif(CZorVertexArray vl, double dif) {
+    const bool closed = vl.isClosed();
+    const CZorPoint3dArray pts = vl.pts(true, dif);
+    vl.fromPoints(pts, closed);
+    return vl;
+}
+
+CZorArrayTempl<CZorVertexArray> g_vll_split_dif(const CZorArrayTempl<CZorVertexArray>& vll,
+                                                double dif) {
+    CZorArrayTempl<CZorVertexArray> out;
+    for (std::uint32_t i = 0; i < vll.len(); ++i) {
+        out.append(g_vl_split_dif(vll[static_cast<int>(i)], dif));
+    }
+    return out;
+}
+
+CZorVertexArray g_vl_split_tang_w(CZorVertexArray vl, double w) {
+    // Each arc has at most two points of a given tangent direction; the bound only guards
+    // against rounding that would keep finding the same point.
+    int breaks = 2 * vl.len() + 2;
+    for (int i = 0; i < vl.len();) {
+        const CZorPoint3dArray pts = g_vx_tangp(vl[i], w, true);
+        if (pts.len() > 0 && breaks-- > 0) {
+            vl.breakVertex(i, pts[0]);
+        } else {
+            ++i;
+        }
+    }
+    return vl;
+}
+
+CZorVertexArray g_vl_split_w(CZorVertexArray vl, double w) {
+    CZorVertexArray out = withNormalOf(vl);
+    CZorPoint3d lo, hi;
+    if (!vl.extents(lo, hi)) return out;
+    const double length = lo.distanceTo(hi);
+    const CZorPoint3dArray points = vl.pts(false, 0.01);
+
+    if (vl.isClosed()) {
+        if (!g_vl_orient(vl, CZorVector3d::kZAxis)) vl.revert();
+        // Start at the extreme point against w (segment 0 takes no part in the search).
+        const CZorVector3d dir = polar(w, 1000.0);
+        int best = -1;
+        double bestValue = 0.0;
+        for (int i = 1; i < vl.len(); ++i) {
+            const double value = sprod(vl[i].start, dir);
+            if (best < 0 || value < bestValue) {
+                best = i;
+                bestValue = value;
+            }
+        }
+        if (best > 0) {
+            CZorVertexArray rotated = withNormalOf(vl);
+            for (int i = 0; i < vl.len(); ++i) rotated.append(vl[(best + i) % vl.len()]);
+            vl = rotated;
+        }
+    }
+
+    // Points from which a ray towards w leaves the outline without meeting it again.
+    CZorPoint3dArray freePoints;
+    CZorPoint3dArray hits;
+    for (int k = 0; k < points.len(); ++k) {
+        const CZorPoint3d& p = points[k];
+        const CZorVertex ray(p, polar(p, w, length), 0.0);
+        bool blocked = false;
+        for (int i = 0; i < vl.len() && !blocked; ++i)
+            blocked = ray.intersectWith(hits, vl[i], 0x002);
+        if (!blocked) freePoints.append(p);
+    }
+
+    int breaks = 4 * (vl.len() + 1) * (freePoints.len() + 1);
+    for (int i = 0; i < vl.len();) {
+        bool broken = false;
+        for (int k = 0; k < freePoints.len() && !broken && breaks > 0; ++k) {
+            const CZorPoint3d& p = freePoints[k];
+            const CZorVertex shadow(p, polar(p, w + kPi, length), 0.0);
+            if (shadow.intersectWith(hits, vl[i], 0x006)) {
+                vl.breakVertex(i, hits[0]);
+                broken = true;
+                --breaks;
+            }
+        }
+        if (!broken) {
+            out.append(vl[i]);
+            ++i;
+        }
+    }
+    return out;
+}
+
+CZorVertexArray g_vl_cut(CZorVertexArray vl, const CZorPoint3d& a, const CZorPoint3d& b) {
+    const bool closed = vl.isClosed();
+    CZorPoint3dArray ends;
+    ends.append(a).append(b);
+    vl = g_vl_split(vl, ends);
+    const int n = vl.len();
+    if (closed) vl += CZorVertexArray(vl);
+    int i = 0;
+    while (i < n && vl[i].start != a) ++i;
+    CZorVertexArray piece = withNormalOf(vl);
+    for (; i < vl.len(); ++i) {
+        piece.append(vl[i]);
+        if (vl[i].end == b) break;
+    }
+    piece.norm(false);
+    return piece;
+}
+
+bool g_vl_break(CZorVertexArray& a, CZorVertexArray& b, int flags) {
+    if ((flags & 3) == 0 || a.len() == 0 || b.len() == 0) return false;
+    // Pieces of a segment stay inside its box, so one index over b's original segments filters
+    // all pairs for the whole walk. Candidates are visited in ascending original index, and the
+    // pieces of each in order: the plain nested loop's order of work.
+    const detail::SegmentIndex index(b);
+    const double margin = detail::boxMargin();
+    PieceMap aPieces(a.len());
+    PieceMap bPieces(b.len());
+    std::vector<int> candidates;
+    for (int i = 0; i < a.len(); ++i) {
+        index.query(detail::segmentBox(a[i], margin), candidates);
+        for (const int original : candidates) {
+            int j = bPieces.firstPiece(original);
+            while (j < b.len() && bPieces.origin(j) == original) {
+                if (!breakPair(a, b, i, j, flags, &aPieces, &bPieces)) ++j;
+            }
+        }
+    }
+    return false;
+}
+
+CZorArrayTempl<CZorVertexArray> g_vl_break(const CZorVertexArray& vl, const CZorPoint3dArray& pts) {
+    CZorArrayTempl<CZorVertexArray> out;
+    if (vl.len() == 0) return out;
+    const CZorVertexArray s = g_vl_split(vl, pts);
+    CZorVertexArray piece = withNormalOf(vl);
+    piece.append(s[0]);
+    for (int k = 1; k < s.len(); ++k) {
+        if (pts.indexOf(s[k].start) >= 0) {
+            piece.norm(false);
+            out.append(piece);
+            piece = withNormalOf(vl);
+        }
+        piece.append(s[k]);
+    }
+    piece.norm(false);
+    out.append(piece);
+    return out;
+}
+
+CZorVertexArray g_vl_primitive(const CZorVertexArray& vl) {
+    if (g_vl_circlep(vl, nullptr, nullptr)) return vl;
+    if (vl.len() < 17) {
+        CZorVertexArray chords(vl);
+        bool allFlat = true;
+        for (int i = 0; i < chords.len() && allFlat; ++i) {
+            if (std::fabs(chords[i].bulge) < 0.5) {
+                chords[i].bulge = 0.0;
+            } else {
+                allFlat = false;
+            }
+        }
+        if (allFlat) return chords;
+    }
+    CZorVertexArray rect;
+    CZorPoint3d lo, hi;
+    vl.extents(lo, hi);
+    g_rect_vl(rect, lo, hi);
+    return rect;
+}
+
+CZorVertexArrayEx g_vl_primitive(const CZorVertexArrayEx& vl) {
+    CZorVertexArrayEx out(g_vl_primitive(static_cast<const CZorVertexArray&>(vl)));
+    out.attrNumber = vl.attrNumber;
+    out.attrText = vl.attrText;
+    return out;
+}
+
+CZorVertexArray g_vl_dupl_remove(const CZorVertexArray& vl) {
+    CZorVertexArray out = withNormalOf(vl);
+    for (int i = 0; i < vl.len(); ++i) {
+        const CZorVertex& s = vl[i];
+        if (out.indexOf(s) < 0 && out.indexOf(s.reverse()) < 0) out.append(s);
+    }
+    return out;
+}
+
+CZorVertexArray vl_neutral(CZorVertexArray vl, const CZorArrayTempl<int>& flags, double t) {
+    const bool closed = vl.isClosed();
+    auto flagAt = [&](int i) { return i < static_cast<int>(flags.len()) ? flags[i] : 0; };
+    bool changing = false;
+    for (int i = 0; i < vl.len(); ++i) {
+        CZorVertex& s = vl[i];
+        if (flagAt(i) != 0) {
+            s.offset(-0.5 * t * flagAt(i + 1));
+            changing = true;
+        }
+        if (s.bulge != 0.0 && s.radius() < t / 2) changing = true;
+    }
+    if (!changing) return vl.norm(false);
+
+    const int n = vl.len();
+    const int joints = closed ? n : n - 1;
+    for (int i = 0; i < joints; ++i) {
+        const int j = (i + 1) % n;
+        if (vl[i].end == vl[j].start) continue;
+        CZorPoint3d x;
+        if (!vl[i].intNear(vl[j], vl[i].end, x)) {
+            vl.setLogicalLength(i + 1);
+            break;
+        }
+        vl[i].setEndPoint(x);
+        vl[j].setStartPoint(x);
+    }
+    return vl.norm(false);
+}
+
+void g_vl_sort(CZorVertexArray& vl) {
+    const int n = vl.len();
+    if (n < 2) return;
+    CZorPoint3d p0 = vl[0].start;
+    for (int i = 1; i < n; ++i) {
+        if (vl[i - 1].end == vl[i].start) {
+            vl[i - 1].end = vl[i].start;
+        } else {
+            for (int k = i + 1; k < n; ++k) {
+                if (vl[k].start == vl[i - 1].end) {
+                    vl[i - 1].end = vl[k].start;
+                    std::swap(vl[k], vl[i]);
+                    break;
+                }
+            }
+        }
+        // A completed loop: the next segment starts the next one.
+        if (vl[i].end == p0) p0 = vl[(i + 1) % n].start;
+    }
+}
+
+CZorPoint3dArray g_pl_sort_vl(CZorPoint3dArray pts, const CZorVertexArray& vl) {
+    struct Entry {
+        double d;
+        int index;
+    };
+    std::vector<Entry> entries;
+    for (int i = 0; i < pts.len(); ++i) {
+        double d = 0.0;
+        if (vl.distAtPoint(d, pts[i])) entries.push_back(Entry{d, i});
+    }
+    std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
+        if (a.d < b.d) return true;
+        if (b.d < a.d) return false;
+        return a.index < b.index;
+    });
+    CZorPoint3dArray out;
+    for (const Entry& e : entries) out.append(pts[e.index]);
+    return out;
+}
+
+bool g_pl_sort_arcw(ZOR::CMapDoubleToPoint& map, const CZorPoint3dArray& pts, const CZorPoint3d& c,
+                    double a) {
+    for (int i = 0; i < pts.len(); ++i) map.append(g_ang(angle(c, pts[i]) - a), pts[i]);
+    map.sort();
+    return true;
+}
+
+CZorPoint3dArray g_pl_sort_vx(CZorPoint3dArray pts, const CZorVertex& v) {
+    if (v.bulge == 0.0) return pts.sort(v.wTan(v.start));
+    const CZorPoint3d c = v.center();
+    ZOR::CMapDoubleToPoint map;
+    // Measuring from half a radian before the start keeps a point just before it at the head.
+    if (v.bulge > 0.0) {
+        g_pl_sort_arcw(map, pts, c, angle(c, v.start) - 0.5);
+        return map.getPtLst();
+    }
+    g_pl_sort_arcw(map, pts, c, angle(c, v.end) - 0.5);
+    return map.getPtLst().revert();
+}
+
+}  // namespace ZOR
