@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "zor/environment/path_unexpand.h"
+#include "zor/environment/tokens.h"
 
 namespace ZOR {
 namespace {
@@ -33,20 +34,7 @@ class KeyCloser {
 
 // The `;`-separated parts of a path list, without empty ones.
 std::vector<CZorString> listParts(const wchar_t* text) {
-    std::vector<CZorString> parts;
-    const wchar_t* begin = text;
-    for (const wchar_t* p = text;; ++p) {
-        if (*p == L';' || *p == 0) {
-            if (p > begin) {
-                CZorString part(L"");
-                for (const wchar_t* q = begin; q < p; ++q) part += *q;
-                parts.push_back(part);
-            }
-            if (*p == 0) break;
-            begin = p + 1;
-        }
-    }
-    return parts;
+    return detail::splitTokens(text, L';');
 }
 
 CZorString joinParts(const std::vector<CZorString>& parts) {

@@ -1,0 +1,103 @@
+#include "zor/environment/process.h"
+
+#include <gtest/gtest.h>
+#include <pthread.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <fstream>
+#include <string>
+
+#include "zor/environment/native_text.h"
+#include "zor/environment/test_support.h"
+
+namespace ZOR {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double secondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+TEST(Execute, StartsWaitsAndPassesQuotedArguments) {
+    testing::TempDir dir;
+    const std::string out = dir.path() + "/out";
+    const std::wstring line = L"sh -c 'echo \"two words\" > " + detail::fromUtf8(out) + L"'";
+    EXPECT_EQ(execute(line.c_str(), 10000, false), 1);
+    std::ifstream in(out);
+    std::string text;
+    std::getline(in, text);
+    EXPECT_EQ(text, "two words");  // the wait covered the whole run
+}
+
+TEST(Execute, TimeoutZeroDoesNotWaitAndShortTimeoutGivesUp) {
+    auto start = Clock::now();
+    EXPECT_EQ(execute(L"sleep 2", 0, true), 1);
+    EXPECT_LT(secondsSince(start), 1.0);
+    start = Clock::now();
+    EXPECT_EQ(execute(L"sleep 2", 100, false), 1);
+    const double waited = secondsSince(start);
+    EXPECT_GE(waited, 0.09);
+    EXPECT_LT(waited, 1.5);
+}
+
+TEST(Execute, LinesThatCannotStartGiveZero) {
+    EXPECT_EQ(execute(nullptr, 0, false), 0);
+    EXPECT_EQ(execute(L"", 0, false), 0);
+    EXPECT_EQ(execute(L"   ", 0, false), 0);
+    EXPECT_EQ(execute(L"/no/such/program -x", 1000, false), 0);
+    EXPECT_EQ(execute(L"zor-no-such-command-anywhere", 1000, false), 0);
+    EXPECT_EQ(execute(L"echo 'unbalanced", 1000, false), 0);
+    EXPECT_EQ(execute(L"echo $(id)", 1000, false), 0);  // no command substitution
+    EXPECT_EQ(execute(L"echo a | cat", 1000, false), 0);
+}
+
+std::atomic<int> ranWith{0};
+std::atomic<int> niceSeen{-100};
+
+unsigned long recordRun(void* argument) {
+    errno = 0;
+    niceSeen = ::getpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()));
+    ranWith = *static_cast<int*>(argument);
+    return 0;
+}
+
+TEST(RunThread, RunsRoutineWithArgumentAndLowersPriority) {
+    int argument = 42;
+    void* handle = runThread(recordRun, &argument, -2, 0);
+    ASSERT_NE(handle, nullptr);
+    EXPECT_EQ(::pthread_join(reinterpret_cast<pthread_t>(handle), nullptr), 0);
+    EXPECT_EQ(ranWith, 42);
+    EXPECT_EQ(niceSeen, 10);  // "lowest" is five nice steps per priority step below normal
+    EXPECT_EQ(runThread(nullptr, &argument, 0, 0), nullptr);
+}
+
+TEST(SystemText, UuidInBraces) {
+    CZorString a;
+    CZorString b;
+    strUuidCreate(a);
+    strUuidCreate(b);
+    ASSERT_EQ(a.len(), 38);
+    EXPECT_EQ(a[0], L'{');
+    EXPECT_EQ(a[37], L'}');
+    EXPECT_EQ(a[9], L'-');
+    EXPECT_EQ(a[24], L'-');
+    EXPECT_FALSE(a == b);
+}
+
+TEST(SystemText, LastErrorText) {
+    errno = ENOENT;
+    EXPECT_STREQ(lastErrorString(), L"No such file or directory");
+    errno = 0;
+    const wchar_t* success = lastErrorString();
+    EXPECT_STREQ(success, L"Success");
+    errno = 123456;
+    EXPECT_STREQ(lastErrorString(), L"Unknown error 123456");
+}
+
+}  // namespace
+}  // namespace ZOR
