@@ -1,0 +1,289 @@
+#include "zor/polyline/analysis.h"
+
+#include <cmath>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "zor/polyline/test_shapes.h"
+
+namespace {
+
+using zor_test::P;
+using zor_test::Points;
+using zor_test::Polygon;
+
+constexpr double kPi = 3.141592653589793;
+
+TEST(PointInsideTest, EvenOddWithEdgesAndCorners) {
+    const CZorVertexArray square = zor_test::Rect(0, 0, 2, 2);
+    EXPECT_TRUE(ZOR::g_vl_pt_inside(square, P(1, 1), false));
+    EXPECT_FALSE(ZOR::g_vl_pt_inside(square, P(3, 1), true));
+    EXPECT_TRUE(ZOR::g_vl_pt_inside(square, P(2, 1), true));
+    EXPECT_FALSE(ZOR::g_vl_pt_inside(square, P(2, 1), false));
+    EXPECT_TRUE(ZOR::g_vl_pt_inside(square, P(0, 0), true));
+    // The first ray leaves (1.5, 1) away from (1, 0) and runs exactly through the corner (2, 2).
+    EXPECT_TRUE(ZOR::g_vl_pt_inside(square, P(1.5, 1), false));
+    EXPECT_TRUE(ZOR::g_vl_pt_inside(square, CZorPoint3d(1, 1, 50), false));  // z doesn't count
+    EXPECT_FALSE(
+        ZOR::g_vl_pt_inside(CZorVertexArray(CZorVertex(P(0, 0), P(1, 0), 1.0)), P(0.5, 0), true));
+}
+
+TEST(PointInsideTest, ArcsBoundTheInside) {
+    const CZorVertexArray circle = zor_test::Circle(0, 0, 1);
+    EXPECT_TRUE(ZOR::g_vl_pt_inside(circle, P(0.7, 0.7), false));
+    EXPECT_FALSE(ZOR::g_vl_pt_inside(circle, P(0.72, 0.72), false));
+    EXPECT_TRUE(ZOR::g_vl_pt_inside(circle, P(0, -1), true));
+    // A positive bulge swells to the right of travel: the bottom side of a counter-clockwise
+    // square bulges out below and holds points under its chord; a negative one dents it.
+    CZorVertexArray bulged = zor_test::Rect(0, 0, 2, 2);
+    bulged[0].bulge = 0.5;
+    EXPECT_TRUE(ZOR::g_vl_pt_inside(bulged, P(1, -0.4), false));
+    bulged[0].bulge = -0.5;
+    EXPECT_FALSE(ZOR::g_vl_pt_inside(bulged, P(1, 0.1), false));
+    EXPECT_FALSE(ZOR::g_vl_pt_inside(bulged, P(1, -0.4), false));
+    EXPECT_TRUE(ZOR::g_vl_pt_inside(bulged, P(1, 0.6), false));
+}
+
+// A closed star of lines and arcs with `n` corners about (50, 50).
+CZorVertexArray RandomOutline(std::mt19937& rng, int n) {
+    std::uniform_real_distribution<double> radius(20.0, 45.0);
+    std::uniform_real_distribution<double> bulge(-0.3, 0.3);
+    std::bernoulli_distribution isArc(0.5);
+    CZorPoint3dArray corners;
+    for (int i = 0; i < n; ++i) corners.append(ZOR::polar(P(50, 50), i * 2 * kPi / n, radius(rng)));
+    CZorVertexArray vl;
+    vl.fromPoints(corners, true);
+    for (int i = 0; i < vl.len(); ++i) {
+        if (isArc(rng)) vl[i].bulge = bulge(rng);
+    }
+    return vl;
+}
+
+TEST(PointInsideTest, HierarchyAnswersLikeThePlainTest) {
+    std::mt19937 rng(5);
+    std::uniform_real_distribution<double> coord(0.0, 100.0);
+    for (int round = 0; round < 2; ++round) {
+        const CZorVertexArray outline = RandomOutline(rng, 200);
+        const ZOR::detail::PointInsideTester tester(outline);
+        int inside = 0;
+        for (int k = 0; k < 200; ++k) {
+            const CZorPoint3d p(coord(rng), coord(rng), 0.0);
+            const bool plain = ZOR::g_vl_pt_inside(outline, p, true);
+            ASSERT_EQ(tester.inside(p, true), plain) << p.x << " " << p.y;
+            inside += plain;
+        }
+        // Points on the outline itself.
+        for (int i = 0; i < outline.len(); i += 17) {
+            EXPECT_TRUE(tester.inside(outline[i].mid(), true));
+            EXPECT_FALSE(tester.inside(outline[i].mid(), false));
+        }
+        EXPECT_GT(inside, 30);
+        EXPECT_LT(inside, 190);
+    }
+}
+
+TEST(StaticsTest, RectangleValues) {
+    Statics st;
+    ASSERT_TRUE(ZOR::g_pl_statics(Points({P(0, 0), P(4, 0), P(4, 2), P(0, 2)}), st));
+    EXPECT_DOUBLE_EQ(st.area, 8.0);
+    EXPECT_DOUBLE_EQ(st.center.x, 2.0);
+    EXPECT_DOUBLE_EQ(st.center.y, 1.0);
+    EXPECT_NEAR(st.ix, 8.0 / 3, 1e-12);
+    EXPECT_NEAR(st.iy, 32.0 / 3, 1e-12);
+    EXPECT_NEAR(st.ixy, 0.0, 1e-12);
+    EXPECT_NEAR(st.i1, 32.0 / 3, 1e-12);
+    EXPECT_NEAR(st.i2, 8.0 / 3, 1e-12);
+    EXPECT_NEAR(st.phi, kPi / 2, 1e-12);  // d is negative
+
+    Statics cw;
+    ASSERT_TRUE(ZOR::g_pl_statics(Points({P(0, 2), P(4, 2), P(4, 0), P(0, 0)}), cw));
+    EXPECT_DOUBLE_EQ(cw.area, st.area);
+    EXPECT_NEAR(cw.ix, st.ix, 1e-12);
+    EXPECT_NEAR(cw.iy, st.iy, 1e-12);
+    EXPECT_NEAR(cw.center.x, 2.0, 1e-12);
+    EXPECT_NEAR(cw.center.y, 1.0, 1e-12);
+
+    Statics square;
+    ASSERT_TRUE(ZOR::g_pl_statics(Points({P(1, 1), P(3, 1), P(3, 3), P(1, 3)}), square));
+    EXPECT_EQ(square.ixy, 0.0);
+    EXPECT_EQ(square.phi, 0.0);
+    EXPECT_EQ(square.i1, square.i2);
+
+    Statics untouched;
+    untouched.area = 99;
+    EXPECT_FALSE(ZOR::g_pl_statics(Points({P(0, 0), P(1, 0)}), untouched));
+    EXPECT_EQ(untouched.area, 99);
+}
+
+TEST(StaticsTest, ShapesWithArcsAgainstClosedForms) {
+    Statics circle;
+    ASSERT_TRUE(ZOR::g_vl_statics(zor_test::Circle(3, 4, 2), circle));
+    EXPECT_DOUBLE_EQ(circle.area, 4 * kPi);
+    EXPECT_DOUBLE_EQ(circle.ix, 4 * kPi);
+    EXPECT_DOUBLE_EQ(circle.i2, 4 * kPi);
+    EXPECT_EQ(circle.center, P(3, 4));
+
+    // Half disc of radius 10 on the x axis: area pi r^2 / 2, centroid 4r / (3 pi) above it,
+    // second moment about the diameter pi r^4 / 8.
+    const double r = 10.0;
+    CZorVertexArray half;
+    half.append(CZorVertex(P(r, 0), P(-r, 0), 1.0));
+    half.append(CZorVertex(P(-r, 0), P(r, 0), 0.0));
+    Statics st;
+    ASSERT_TRUE(ZOR::g_vl_statics(half, st));
+    const double area = kPi * r * r / 2;
+    const double yc = 4 * r / (3 * kPi);
+    EXPECT_NEAR(st.area, area, area * 2e-3);
+    EXPECT_NEAR(st.center.x, 0.0, 1e-9);
+    EXPECT_NEAR(st.center.y, yc, yc * 2e-3);
+    const double ixBase = kPi * std::pow(r, 4) / 8;
+    EXPECT_NEAR(st.ix, ixBase - area * yc * yc, ixBase * 3e-3);
+    EXPECT_NEAR(st.iy, ixBase, ixBase * 3e-3);
+
+    // Stadium: a 4 x 2 rectangle with half discs of radius 1 at both ends.
+    CZorVertexArray stadium;
+    stadium.append(CZorVertex(P(0, 0), P(4, 0), 0.0));
+    stadium.append(CZorVertex(P(4, 0), P(4, 2), 1.0));
+    stadium.append(CZorVertex(P(4, 2), P(0, 2), 0.0));
+    stadium.append(CZorVertex(P(0, 2), P(0, 0), 1.0));
+    ASSERT_TRUE(ZOR::g_vl_statics(stadium, st));
+    // The chords lie within 0.01 of the arcs: at most 0.01 times the arc length is lost.
+    EXPECT_LT(st.area, 8 + kPi);
+    EXPECT_GT(st.area, 8 + kPi - 0.01 * 2 * kPi);
+    EXPECT_NEAR(st.center.x, 2.0, 1e-9);
+    EXPECT_NEAR(st.center.y, 1.0, 1e-9);
+}
+
+TEST(StaticsTest, CentreOfGravity) {
+    CZorPoint3d out;
+    int orient = -5;
+    EXPECT_FALSE(ZOR::g_schw_p(CZorPoint3dArray(), out, orient));
+    ASSERT_TRUE(ZOR::g_schw_p(Points({P(2, 3)}), out, orient));
+    EXPECT_EQ(out, P(2, 3));
+    ASSERT_TRUE(ZOR::g_schw_p(Points({P(0, 0), P(2, 4)}), out, orient));
+    EXPECT_EQ(out, P(1, 2));
+    EXPECT_EQ(orient, -5);
+    const CZorPoint3dArray triangle = Points({P(0, 0), P(3, 0), P(0, 3)});
+    ASSERT_TRUE(ZOR::g_schw_p(triangle, out, orient));
+    EXPECT_NEAR(out.x, 1.0, 1e-12);
+    EXPECT_NEAR(out.y, 1.0, 1e-12);
+    EXPECT_EQ(orient, 1);
+    EXPECT_NEAR(ZOR::g_schw_p(triangle.reverse(), orient).x, 1.0, 1e-12);
+    EXPECT_EQ(orient, 0);
+    EXPECT_EQ(ZOR::g_schw_p(CZorPoint3dArray(), orient), P(0, 0));
+}
+
+TEST(ModelTest, ShapeCodes) {
+    CZorString name;
+    double rot = 0.0;
+    ASSERT_TRUE(ZOR::g_vl_model(zor_test::Rect(3, 3, 10, 5), name, rot));
+    EXPECT_TRUE(name == L"0L_2L_4L_6L");
+    EXPECT_EQ(rot, 0.0);
+
+    CZorVertexArray stadium;
+    stadium.append(CZorVertex(P(0, 0), P(4, 0), 0.0));
+    stadium.append(CZorVertex(P(4, 0), P(4, 2), 1.0));
+    stadium.append(CZorVertex(P(4, 2), P(0, 2), 0.0));
+    stadium.append(CZorVertex(P(0, 2), P(0, 0), 1.0));
+    ASSERT_TRUE(ZOR::g_vl_model(stadium, name, rot));
+    EXPECT_TRUE(name == L"0L_2X_4L_6X");
+    // Starting with an arc, clockwise: reverted, then turned to a straight start.
+    ASSERT_TRUE(ZOR::g_vl_model(stadium.reverse(), name, rot));
+    EXPECT_TRUE(name == L"0L_2X_4L_6X");
+
+    CZorVertexArray turned = zor_test::Rect(0, 0, 2, 2);
+    turned.rotate(kPi / 2, P(0, 0));
+    rot = 1.0;
+    ASSERT_TRUE(ZOR::g_vl_model(turned, name, rot));
+    EXPECT_TRUE(name == L"0L_2L_4L_6L");
+    EXPECT_NEAR(rot, 1.0 + kPi / 2, 1e-12);  // added, not set
+
+    rot = 0.0;
+    ASSERT_TRUE(ZOR::g_vl_model(CZorVertexArray(), name, rot));
+    EXPECT_TRUE(name == L"0L");
+    EXPECT_EQ(rot, 0.0);
+
+    ASSERT_TRUE(ZOR::g_vl_model(zor_test::Circle(0, 0, 1), name, rot));
+    EXPECT_TRUE(name == L"0X_4X");
+    EXPECT_NEAR(rot, kPi, 1e-12);
+    EXPECT_EQ(CZorPoint3d::tol, 1e-5);
+}
+
+TEST(ReferencePointTest, NamedPointsOfAFourSidedOutline) {
+    const CZorVertexArray rect = zor_test::Rect(0, 0, 4, 2);
+    EXPECT_EQ(ZOR::g_vl_point(rect, L"BL"), P(0, 0));
+    EXPECT_EQ(ZOR::g_vl_point(rect, L"BC"), P(2, 0));
+    EXPECT_EQ(ZOR::g_vl_point(rect, L"BR"), P(4, 0));
+    EXPECT_EQ(ZOR::g_vl_point(rect, L"CL"), P(0, 1));
+    EXPECT_EQ(ZOR::g_vl_point(rect, L"CC"), P(2, 1));
+    EXPECT_EQ(ZOR::g_vl_point(rect, L"CR"), P(4, 1));
+    EXPECT_EQ(ZOR::g_vl_point(rect, L"TL"), P(0, 2));
+    EXPECT_EQ(ZOR::g_vl_point(rect, L"TC"), P(2, 2));
+    EXPECT_EQ(ZOR::g_vl_point(rect, L"TR"), P(4, 2));
+    EXPECT_EQ(ZOR::g_vl_point(rect, L"XX"), P(0, 0));
+    EXPECT_EQ(ZOR::g_vl_point(Polygon({P(5, 5), P(6, 5), P(6, 6)}), L"CC"), P(0, 0));
+}
+
+TEST(EqualityTest, SameShapeAndSamePlace) {
+    const CZorVertexArray square = zor_test::Rect(0, 0, 2, 2);
+    const CZorVertexArray moved = zor_test::Rect(100, 0, 102, 2);
+    EXPECT_TRUE(ZOR::g_vl_equal(square, moved, 1e-5));
+    EXPECT_FALSE(ZOR::g_vl_equal1(square, moved, 1e-5));
+    EXPECT_TRUE(ZOR::g_vl_equal1(square, square.reverse(), 1e-5));
+    EXPECT_TRUE(ZOR::g_vl_equal(square, Polygon({P(2, 0), P(2, 2), P(0, 2), P(0, 0)}), 1e-5));
+    EXPECT_FALSE(ZOR::g_vl_equal(square, zor_test::Rect(0, 0, 2, 2.1), 1e-5));
+    EXPECT_TRUE(ZOR::g_vl_equal(square, zor_test::Rect(0, 0, 2, 2.001), 0.01));
+    CZorVertexArray bulged = square;
+    bulged[1].bulge = 0.3;
+    EXPECT_FALSE(ZOR::g_vl_equal(square, bulged, 1e-5));
+    EXPECT_EQ(CZorPoint3d::tol, 1e-5);
+}
+
+TEST(EqualityTest, Symmetry) {
+    EXPECT_TRUE(ZOR::g_vl_is_symmetric(zor_test::Rect(1, 1, 5, 2), 0.0));
+    EXPECT_TRUE(ZOR::g_vl_is_symmetric(zor_test::Rect(1, 1, 5, 2), kPi / 2));
+    const CZorVertexArray leaning = Polygon({P(0, 0), P(4, 0), P(5, 2), P(1, 2)});
+    EXPECT_FALSE(ZOR::g_vl_is_symmetric(leaning, kPi / 2));
+    const CZorVertexArray trapezoid = Polygon({P(0, 0), P(4, 0), P(3, 2), P(1, 2)});
+    EXPECT_TRUE(ZOR::g_vl_is_symmetric(trapezoid, kPi / 2));
+    EXPECT_FALSE(ZOR::g_vl_is_symmetric(trapezoid, 0.0));
+    EXPECT_FALSE(ZOR::g_vl_is_symmetric(CZorVertexArray(), 0.0));
+}
+
+TEST(NormalStartTest, StartsAtTheLowerLeftCorner) {
+    const CZorVertexArray rect = Polygon({P(4, 3), P(1, 3), P(1, 1), P(4, 1)});
+    const CZorVertexArray normal = ZOR::g_vl_normal(rect, false);
+    ASSERT_EQ(normal.len(), 4);
+    EXPECT_EQ(normal[0].start, P(1, 1));
+    EXPECT_TRUE(normal.isClosed());
+    const CZorVertexArray atOrigin = ZOR::g_vl_normal(rect, true);
+    EXPECT_EQ(atOrigin[0].start, P(0, 0));
+    EXPECT_EQ(atOrigin[0].end, P(3, 0));
+}
+
+TEST(OutwardDirectionTest, OneClassPerSegment) {
+    const CZorArrayTempl<int> ccw = ZOR::g_vl_oktant(zor_test::Rect(0, 0, 1, 1));
+    ASSERT_EQ(ccw.len(), 4u);
+    EXPECT_EQ(ccw[0], 6);
+    EXPECT_EQ(ccw[1], 0);
+    EXPECT_EQ(ccw[2], 2);
+    EXPECT_EQ(ccw[3], 4);
+    const CZorArrayTempl<int> cw = ZOR::g_vl_oktant(zor_test::Rect(0, 0, 1, 1).reverse());
+    EXPECT_EQ(cw[0], 4);
+    EXPECT_EQ(cw[3], 6);
+}
+
+TEST(NearestPolylineTest, FirstOfTheNearest) {
+    unsigned int index = 77;
+    EXPECT_FALSE(ZOR::g_vll_near(CZorArrayTempl<CZorVertexArray>(), P(0, 0), index));
+    EXPECT_EQ(index, 77u);
+    CZorArrayTempl<CZorVertexArray> vll;
+    vll.append(zor_test::Rect(10, 10, 12, 12));
+    vll.append(zor_test::Rect(0, 0, 2, 2));
+    vll.append(zor_test::Rect(0, 0, 2, 2));
+    ASSERT_TRUE(ZOR::g_vll_near(vll, P(1, -1), index));
+    EXPECT_EQ(index, 1u);
+}
+
+}  // namespace
