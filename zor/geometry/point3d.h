@@ -10,7 +10,8 @@
 #include "zor/geometry/nan.h"
 #include "zor/geometry/vector3d.h"
 
-class CZorPoint3d : public CZorObj {
+// Laid out like CZorVector3d and marked may_alias like it: `asVector` views this very object.
+class [[gnu::may_alias]] CZorPoint3d : public CZorObj {
   public:
     double x = 0.0;
     double y = 0.0;

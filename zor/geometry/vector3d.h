@@ -2,7 +2,8 @@
 //
 // Vectors compare per coordinate within the process-wide `CZorVector3d::tol` (1e-7), with no
 // distance test. The layout (x, y, z after the object root) is the same as that of CZorPoint3d,
-// and `asPoint` views this very object as a point.
+// and `asPoint` views this very object as a point. Both classes are marked may_alias so that the
+// optimiser does not assume a write through one view leaves the other unchanged.
 #pragma once
 
 #include "zor/foundation/object.h"
@@ -10,7 +11,7 @@
 
 class CZorPoint3d;
 
-class CZorVector3d : public CZorObj {
+class [[gnu::may_alias]] CZorVector3d : public CZorObj {
   public:
     double x = 0.0;
     double y = 0.0;
