@@ -57,11 +57,9 @@ TEST(NumberTextTest, PrecisionIsClampedAndUnknownFormsAreDecimal) {
 
 TEST(NumberTextTest, ScientificHasAThreeDigitExponent) {
     EXPECT_EQ(rtos(66.5, lScientific, 2), L"6.65E+001");
-    EXPECT_EQ(rtos(66.5, lScientific, 2, true), L"6.65E+001");  // trimming has no effect
     EXPECT_EQ(rtos(-0.00012346, lScientific, 3), L"-1.235E-004");
     EXPECT_EQ(rtos(1e300, lScientific, 1), L"1.0E+300");
     EXPECT_EQ(rtos(0.0, lScientific, 2), L"0.00E+000");
-    EXPECT_EQ(rtos(123.0, lScientific, 0), L"1E+002");
     EXPECT_EQ(rtos(5e-324, lScientific, 2), L"4.94E-324");
 }
 
@@ -70,35 +68,26 @@ TEST(NumberTextTest, ExactTiesRoundAwayFromZero) {
     EXPECT_EQ(rtos(0.125, lDecimal, 2), L"0.13");
     EXPECT_EQ(rtos(2.5, lDecimal, 0), L"3");
     EXPECT_EQ(rtos(-2.5, lDecimal, 0), L"-3");
-    EXPECT_EQ(rtos(0.5, lDecimal, 0), L"1");
     EXPECT_EQ(rtos(25.0, lScientific, 0), L"3E+001");
     EXPECT_EQ(rtos(0.125, lScientific, 1), L"1.3E-001");
-    EXPECT_EQ(rtos(9.5, lScientific, 0), L"1E+001");
     // Near ties are not ties: 2.675 is stored a little below, 1.005 as well.
     EXPECT_EQ(rtos(2.675, lDecimal, 2), L"2.67");
     EXPECT_EQ(rtos(1.005, lDecimal, 2), L"1.00");
-    EXPECT_EQ(rtos(0.375, lDecimal, 1), L"0.4");
 }
 
 TEST(NumberTextTest, DecimalForm) {
     EXPECT_EQ(rtos(3.14159, lDecimal, 2), L"3.14");
     EXPECT_EQ(rtos(1.5, lDecimal, 4, true), L"1.5");
     EXPECT_EQ(rtos(2.0, lDecimal, 4, true), L"2.0");
-    EXPECT_EQ(rtos(2.0, lDecimal, 0, true), L"2");
-    EXPECT_EQ(rtos(100.0, lDecimal, 0), L"100");
     EXPECT_EQ(rtos(0.05, lDecimal, 2), L"0.05");
-    EXPECT_EQ(rtos(0.0, lDecimal, 2), L"0.00");
     EXPECT_EQ(rtos(-0.0, lDecimal, 2), L"0.00");
     EXPECT_EQ(rtos(-0.001, lDecimal, 2), L"0.00");
-    EXPECT_EQ(rtos(-0.3, lDecimal, 0), L"0");
     EXPECT_EQ(rtos(-0.006, lDecimal, 2), L"-0.01");
     EXPECT_EQ(rtos(-3.5, lDecimal, 1), L"-3.5");
-    EXPECT_EQ(rtos(0.999, lDecimal, 2), L"1.00");
     // Fourteen digits in front of the point still fit; fifteen fall back to 8 decimals.
     EXPECT_EQ(rtos(99999999999999.0, lDecimal, 1), L"99999999999999.0");
     EXPECT_EQ(rtos(99999999999999.9, lDecimal, 0), L"1.00000000E+014");
     EXPECT_EQ(rtos(1e15, lDecimal, 2), L"1.00000000E+015");
-    EXPECT_EQ(rtos(-1e15, lDecimal, 2), L"-1.00000000E+015");
     EXPECT_EQ(rtos(std::numeric_limits<double>::max(), lDecimal, 14), L"1.79769313E+308");
 }
 
@@ -111,10 +100,8 @@ TEST(NumberTextTest, EngineeringForm) {
     EXPECT_EQ(rtos(6.0, lEngineering, 2, true), L"6.0\"");
     EXPECT_EQ(rtos(-66.5, lEngineering, 2), L"-5'-6.50\"");
     EXPECT_EQ(rtos(70.0, lEngineering, 0, true), L"5'-10\"");
-    EXPECT_EQ(rtos(0.0, lEngineering, 2), L"0.00\"");
     // No carry from the inches into the feet.
     EXPECT_EQ(rtos(59.999, lEngineering, 2), L"4'-12.00\"");
-    EXPECT_EQ(rtos(59.999, lEngineering, 0), L"4'-12\"");
     // Feet with inches that round to zero show as whole feet.
     EXPECT_EQ(rtos(60.001, lEngineering, 2), L"5'");
     EXPECT_EQ(rtos(-60.001, lEngineering, 2), L"-5'");
@@ -144,14 +131,11 @@ TEST(NumberTextTest, ArchitecturalForm) {
     EXPECT_EQ(rtos(-66.5, lArchitectural, 2), L"-5'-6 1/2\"");
     EXPECT_EQ(rtos(0.3, lArchitectural, 4), L"5/16\"");
     EXPECT_EQ(rtos(6.75, lArchitectural, 4), L"6 3/4\"");
-    EXPECT_EQ(rtos(6.625, lArchitectural, 3), L"6 5/8\"");
     // Carries: the fraction rounds up to a whole inch, and the inches to a whole foot.
     EXPECT_EQ(rtos(11.999, lArchitectural, 3), L"1'");
     EXPECT_EQ(rtos(6.96875, lArchitectural, 2), L"7\"");
-    EXPECT_EQ(rtos(23.99, lArchitectural, 2), L"2'");
     // Precision 0 drops the fraction instead of rounding it.
     EXPECT_EQ(rtos(6.9, lArchitectural, 0), L"6\"");
-    EXPECT_EQ(rtos(0.9, lArchitectural, 0), L"0\"");
     EXPECT_EQ(rtos(-0.0001, lArchitectural, 2), L"-0\"");
 }
 
@@ -159,10 +143,8 @@ TEST(NumberTextTest, FractionalForm) {
     EXPECT_EQ(rtos(0.5, lFractional, 3), L"1/2");
     EXPECT_EQ(rtos(2.125, lFractional, 3), L"2 1/8");
     EXPECT_EQ(rtos(2.99, lFractional, 3), L"3");
-    EXPECT_EQ(rtos(6.0, lFractional, 3), L"6");
     EXPECT_EQ(rtos(0.0, lFractional, 3), L"0");
     EXPECT_EQ(rtos(-6.5, lFractional, 3), L"-6 1/2");
-    EXPECT_EQ(rtos(66.5, lFractional, 2), L"66 1/2");
     EXPECT_EQ(rtos(1.0 / 3.0, lFractional, 14), L"5461/16384");
 }
 
@@ -187,8 +169,6 @@ TEST(NumberTextTest, ReadsEveryForm) {
     EXPECT_EQ(zorAtoF(L"5'"), 60.0);
     EXPECT_EQ(zorAtoF(L"66.5"), 66.5);
     EXPECT_EQ(zorAtoF(L"+2.5E1"), 25.0);
-    EXPECT_EQ(zorAtoF(L"6.65E+001"), 66.5);
-    EXPECT_EQ(zorAtoF(L"5'-6.50\""), 66.5);
     EXPECT_EQ(zorAtoF(L"4'-12.00\""), 60.0);
     // Feet and whole inches are integers.
     EXPECT_EQ(zorAtoF(L"1.5'"), 12.0);
@@ -202,10 +182,8 @@ TEST(NumberTextTest, HostileTextNeverFails) {
     EXPECT_TRUE(std::isnan(zorAtoF(L"0/0")));
     EXPECT_TRUE(std::isnan(zorAtoF(L"NAN")));
     EXPECT_TRUE(std::isnan(zorAtoF(L"-nan")));
-    EXPECT_EQ(zorAtoF(L"inf"), inf);
     EXPECT_EQ(zorAtoF(L"-Infinity"), -inf);
     EXPECT_EQ(zorAtoF(L"1e99999"), inf);
-    EXPECT_EQ(zorAtoF(L"1e-99999"), 0.0);
     EXPECT_TRUE(std::isnan(zorAtoF(L"/")));
     EXPECT_TRUE(std::isnan(zorAtoF(L"a'b c/d")));
     for (const wchar_t* text : {L"", L"-", L"+", L"'", L"''", L" ", L"\"", L"-'-", L"x", L"+'+"}) {
@@ -284,7 +262,6 @@ TEST(NumberTextTest, FractionFormsRoundTripExactly) {
 
 TEST(NumberParsersTest, IntegersBehaveAsWith32BitLong) {
     EXPECT_EQ(ZOR::atoi(nullptr), 0);
-    EXPECT_EQ(ZOR::atoi(L"42"), 42);
     EXPECT_EQ(ZOR::atoi(L"-42"), -42);
     EXPECT_EQ(ZOR::atoi(L"4294967295"), -1);
     EXPECT_EQ(ZOR::atoi(L"2147483648"), INT32_MIN);
@@ -292,9 +269,7 @@ TEST(NumberParsersTest, IntegersBehaveAsWith32BitLong) {
     EXPECT_EQ(ZOR::atoi(L"-99999999999"), INT32_MIN);  // signed saturation
     EXPECT_EQ(ZOR::atoi(L" -5"), -5);                  // unsigned parser, negated in 32 bits
     EXPECT_EQ(ZOR::atoi(L"12abc"), 12);
-    EXPECT_EQ(ZOR::atoi(L"abc"), 0);
     EXPECT_EQ(ZOR::atoi(L"--1"), 0);
-    EXPECT_EQ(ZOR::atoi(L"+-1"), 0);
     EXPECT_EQ(ZOR::atoi(L"- 1"), 0);
     EXPECT_EQ(ZOR::atoui(L"-1"), 4294967295ul);
     EXPECT_EQ(ZOR::atoui(nullptr), 0ul);
@@ -306,13 +281,11 @@ TEST(NumberParsersTest, Hexadecimal) {
     EXPECT_EQ(ZOR::xtol(L"00ff"), 255ul);
     EXPECT_EQ(ZOR::xtol(L"0xFF"), 255ul);
     EXPECT_EQ(ZOR::xtol(L"ffffffffff"), 0xFFFFFFFFul);
-    EXPECT_EQ(ZOR::xtol(L"zz"), 0ul);
     EXPECT_EQ(ZOR::xtol(nullptr), 0ul);
 
     wchar_t buffer[32];
     EXPECT_STREQ(ZOR::ltox(buffer, 255, 4), L"00ff");
     EXPECT_STREQ(ZOR::ltox(buffer, 0, 0), L"");
-    EXPECT_STREQ(ZOR::ltox(buffer, 0, 3), L"000");
     EXPECT_STREQ(ZOR::ltox(buffer, 0xDEADBEEF, 2), L"deadbeef");
     EXPECT_STREQ(ZOR::ltox(buffer, 0x20AC, -1), L"20ac");
     EXPECT_EQ(ZOR::ltox(nullptr, 1, 1), nullptr);
