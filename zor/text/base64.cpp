@@ -4,6 +4,7 @@
 #include <string>
 
 #include "zor/text/encodings.h"
+#include "zor/text/text_result.h"
 
 namespace {
 
@@ -39,8 +40,7 @@ bool base64Encode(const CZorArrayTempl<unsigned char>& data, CZorString& text) {
         out += rest > 1 ? static_cast<wchar_t>(kAlphabet[(group >> 6) & 63]) : L'=';
         out += rest > 2 ? static_cast<wchar_t>(kAlphabet[group & 63]) : L'=';
     }
-    text.ReleaseBuffer();
-    text = out.c_str();
+    detail::assignResult(text, out);
     return true;
 }
 

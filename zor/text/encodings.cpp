@@ -8,13 +8,15 @@
 #include <cstring>
 #include <string>
 
+#include "zor/text/text_result.h"
 #include "zor/text/wide_char_escape.h"
 
 namespace {
 
+using ZOR::detail::kReplacementCharacter;
+
 constexpr int kUtf8 = 65001;
 constexpr int kOemCodePage = 1;
-constexpr wchar_t kReplacementCharacter = 0xFFFD;
 // What a code page writes for a character it lacks.
 constexpr char kDefaultCharacter = '?';
 // A null string still gets a buffer of this many bytes.
@@ -136,9 +138,7 @@ CZorString& CZorString::fromMultiByte(const char* text, int codePage) {
         setNull();
         return *this;
     }
-    const std::wstring wide = decode(text, codePage);
-    ReleaseBuffer();
-    *this = wide.c_str();
+    ZOR::detail::assignResult(*this, decode(text, codePage));
     if (codePage != kUtf8) unEscapeWideChar();
     return *this;
 }

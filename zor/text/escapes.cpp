@@ -5,9 +5,13 @@
 #include <string>
 
 #include "zor/text/number_text.h"
+#include "zor/text/text_result.h"
 #include "zor/text/wide_char_escape.h"
 
 namespace {
+
+using ZOR::detail::assignResult;
+using ZOR::detail::kReplacementCharacter;
 
 // The control codes and the two characters that `escape` writes with a backslash, and the
 // letter that follows the backslash.
@@ -19,15 +23,6 @@ constexpr BackslashEscape kBackslashEscapes[] = {
     {7, L'a'},  {8, L'b'},  {9, L't'},  {10, L'n'},   {11, L'v'},
     {12, L'f'}, {13, L'r'}, {27, L'e'}, {L'"', L'"'}, {L'\\', L'\\'},
 };
-
-// Replaces the text of `s` by `text`, leaving it closed. The empty text makes it empty, not
-// null.
-void assignText(CZorString& s, const std::wstring& text) {
-    s.ReleaseBuffer();
-    s = text.c_str();
-}
-
-constexpr wchar_t kReplacementCharacter = 0xFFFD;
 
 bool isHighSurrogate(wchar_t unit) {
     return unit >= 0xD800 && unit <= 0xDBFF;
@@ -116,7 +111,7 @@ CZorString& CZorString::escape() {
             out += *p;
         }
     }
-    assignText(*this, out);
+    assignResult(*this, out);
     return *this;
 }
 
@@ -137,7 +132,7 @@ CZorString& CZorString::unEscape() {
             out += unit;
         }
     }
-    assignText(*this, out);
+    assignResult(*this, out);
     return *this;
 }
 
@@ -145,13 +140,13 @@ CZorString& CZorString::escapeWideChar() {
     if (isNull()) return *this;
     std::wstring out;
     for (const wchar_t* p = *this; *p; ++p) out += ZOR::detail::wideCharEscape(*p);
-    assignText(*this, out);
+    assignResult(*this, out);
     return *this;
 }
 
 CZorString& CZorString::unEscapeWideChar() {
     if (isNull()) return *this;
-    assignText(*this, ZOR::detail::wideCharUnescape(*this));
+    assignResult(*this, ZOR::detail::wideCharUnescape(*this));
     return *this;
 }
 
@@ -159,7 +154,7 @@ CZorString& CZorString::quote() {
     std::wstring out = L"\"";
     if (!isNull()) out += static_cast<const wchar_t*>(*this);
     out += L'"';
-    assignText(*this, out);
+    assignResult(*this, out);
     return *this;
 }
 
@@ -168,7 +163,7 @@ CZorString& CZorString::unQuote() {
     if (n >= 2 && (*this)[0] == L'"' && (*this)[n - 1] == L'"') {
         const std::wstring inner(static_cast<const wchar_t*>(*this) + 1,
                                  static_cast<std::size_t>(n - 2));
-        assignText(*this, inner);
+        assignResult(*this, inner);
     }
     return *this;
 }

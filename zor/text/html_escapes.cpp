@@ -7,17 +7,14 @@
 
 #include "zor/text/escapes.h"
 #include "zor/text/html_entities.h"
+#include "zor/text/text_result.h"
 
 namespace {
 
+using ZOR::detail::assignResult;
 using ZOR::detail::HtmlEntity;
 using ZOR::detail::kHtmlEntities;
 using ZOR::detail::kHtmlSpecialEntities;
-
-void assignText(CZorString& s, const std::wstring& text) {
-    s.ReleaseBuffer();
-    s = text.c_str();
-}
 
 const wchar_t* specialEntity(wchar_t unit) {
     for (const HtmlEntity& e : kHtmlSpecialEntities) {
@@ -78,7 +75,7 @@ CZorString& CZorString::escapeHtmlSpecial() {
             out += *p;
         }
     }
-    assignText(*this, out);
+    assignResult(*this, out);
     return *this;
 }
 
@@ -101,7 +98,7 @@ CZorString& CZorString::escapeHtml(const wchar_t* chars) {
             out += c;
         }
     }
-    assignText(*this, out);
+    assignResult(*this, out);
     return *this;
 }
 
@@ -135,7 +132,7 @@ CZorString& CZorString::unEscapeHtml() {
             out += text[i++];
         }
     }
-    assignText(*this, out);
+    assignResult(*this, out);
     return *this;
 }
 

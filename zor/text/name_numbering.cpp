@@ -5,6 +5,7 @@
 #include <string>
 
 #include "zor/text/text_lists.h"
+#include "zor/text/text_result.h"
 
 namespace ZOR {
 namespace {
@@ -90,8 +91,7 @@ bool str_increment(CZorString& text, int step) {
     }
     std::wstring result(reversed.rbegin(), reversed.rend());
     if (!result.empty() && str_incr_delimit(result.front())) result.clear();
-    text.ReleaseBuffer();
-    text = result.c_str();
+    detail::assignResult(text, result);
     return !result.empty();
 }
 

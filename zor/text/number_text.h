@@ -8,8 +8,9 @@
 
 namespace Zor {
 
-// The number forms of `zorRtoS`. Any other value of the `int` is written as `lDecimal`.
-enum lFormat {
+// The number forms of `zorRtoS`. Any other value of the `int` is written as `lDecimal`; the
+// fixed underlying type makes every `int` a valid value.
+enum lFormat : int {
     lScientific = 1,     // 6.65E+001: mantissa and a signed exponent of at least three digits
     lDecimal = 2,        // 66.50
     lEngineering = 3,    // 5'-6.50"  feet and decimal inches
