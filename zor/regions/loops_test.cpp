@@ -1,0 +1,247 @@
+#include "zor/regions/loops.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "zor/regions/test_shapes.h"
+
+namespace {
+
+using namespace zor_test;
+
+CZorPoint3d P(double x, double y) {
+    return CZorPoint3d(x, y, 0);
+}
+
+CZorVertex L(double x0, double y0, double x1, double y1) {
+    return CZorVertex(P(x0, y0), P(x1, y1), 0.0);
+}
+
+CZorVertexArray chain(std::initializer_list<CZorVertex> segments) {
+    CZorVertexArray out;
+    for (const CZorVertex& s : segments) out.append(s);
+    return out;
+}
+
+// Two triangles meeting at the origin, drawn in one run.
+CZorVertexArray figureEight() {
+    return chain({L(0, 0, 1, 1), L(1, 1, 1, -1), L(1, -1, 0, 0), L(0, 0, -1, 1), L(-1, 1, -1, -1),
+                  L(-1, -1, 0, 0)});
+}
+
+TEST(Loops, ChkAsksOnlyClosureOfTwoSegmentsAndDropsJointsByFlags) {
+    EXPECT_TRUE(ZOR::g_vl_chk(circle(0, 0, 1), 0));
+    EXPECT_FALSE(ZOR::g_vl_chk(rect(0, 0, 1, 1), 0));
+    EXPECT_TRUE(ZOR::g_vl_chk(rect(0, 0, 1, 1), 0x002));
+    EXPECT_TRUE(ZOR::g_vl_chk(rect(0, 0, 1, 1), 0x004));
+    EXPECT_TRUE(ZOR::g_vl_chk(rect(0, 0, 1, 1), 0x006));
+    const CZorVertexArray bowTie =
+        chain({L(0, 0, 2, 2), L(2, 2, 2, 0), L(2, 0, 0, 2), L(0, 2, 0, 0)});
+    for (int flags : {0, 2, 4, 6}) EXPECT_FALSE(ZOR::g_vl_chk(bowTie, flags)) << flags;
+    EXPECT_FALSE(ZOR::g_vl_chk(CZorVertexArray(L(0, 0, 1, 0)), 6));
+    EXPECT_FALSE(ZOR::g_vl_chk(figureEight(), 6));
+}
+
+TEST(Loops, RunsCutAtGapsOnly) {
+    CZorVertexArray gap = rect(0, 0, 10, 10);
+    gap[1].start = P(10, 1);
+    CZorVertexArrayEx ex(gap);
+    ex.attrNumber = 3;
+    ex.attrText = L"t";
+    const CZorArrayTempl<CZorVertexArrayEx> runs = ZOR::g_vl_vll(ex);
+    ASSERT_EQ(runs.len(), 2u);
+    EXPECT_EQ(runs[0].len(), 1);
+    EXPECT_EQ(runs[1].len(), 3);
+    EXPECT_EQ(runs[1].attrNumber, 3);
+    EXPECT_TRUE(runs[1].attrText == CZorString(L"t"));
+    EXPECT_EQ(ZOR::g_vl_vll(figureEight()).len(), 1u);
+    EXPECT_EQ(ZOR::g_vl_vll(CZorVertexArray()).len(), 0u);
+}
+
+TEST(Loops, ToVllCutsFigureEightAndTurnsBehindTheGap) {
+    const CZorArrayTempl<CZorVertexArray> eight = ZOR::g_vl_to_vll(figureEight());
+    ASSERT_EQ(eight.len(), 2u);
+    EXPECT_TRUE(eight[0].isClosed());
+    EXPECT_TRUE(eight[1].isClosed());
+
+    // A gap between segments 1 and 2; the last end meets the first start.
+    CZorVertexArray l = chain({L(0, 0, 1, 0), L(1, 0, 2, 0), L(5, 0, 6, 0), L(6, 0, 0, 0)});
+    l[0].tag = 9;
+    const CZorArrayTempl<CZorVertexArray> pieces = ZOR::g_vl_to_vll(l);
+    ASSERT_EQ(pieces.len(), 1u);
+    ASSERT_EQ(pieces[0].len(), 4);
+    EXPECT_TRUE(pieces[0][0].start == P(5, 0));
+    EXPECT_EQ(pieces[0][2].tag, 9);
+}
+
+TEST(Loops, JoinChainsGreedily) {
+    CZorArrayTempl<CZorVertexArray> list;
+    list.append(CZorVertexArray(L(0, 0, 1, 0)));
+    list.append(CZorVertexArray(L(2, 0, 1, 0)));  // runs the wrong way
+    CZorArrayTempl<CZorVertexArray> out = ZOR::g_vll_join(list);
+    ASSERT_EQ(out.len(), 1u);
+    EXPECT_EQ(out[0].len(), 1);  // normalised into one straight segment
+    EXPECT_TRUE(out[0][0].end == P(2, 0));
+
+    list.removeAll();
+    list.append(CZorVertexArray(L(0, 0, 1, 0)));
+    list.append(CZorVertexArray(L(5, 5, 6, 5)));
+    out = ZOR::g_vll_join(list);
+    ASSERT_EQ(out.len(), 2u);
+    EXPECT_TRUE(out[1][0].start == P(5, 5));
+    EXPECT_EQ(ZOR::g_vll_join(CZorArrayTempl<CZorVertexArray>()).len(), 0u);
+    list.append(CZorVertexArray());
+    EXPECT_EQ(ZOR::g_vll_join(list).len(), 2u);
+}
+
+TEST(Loops, Nodes) {
+    const CZorVertexArray triangle = chain({L(0, 0, 4, 0), L(4, 0, 0, 3), L(0, 3, 0, 0)});
+    CZorMapTempl<CZorPoint3d, CZorArrayTempl<int>> out;
+    ASSERT_TRUE(ZOR::g_vl_nodes(out, triangle, 2, 1e-5));
+    ASSERT_EQ(out.len(), 3u);
+    CZorArrayTempl<int> at;
+    ASSERT_TRUE(out.getAt(P(0, 0), at));
+    EXPECT_EQ(at.len(), 2u);
+    EXPECT_FALSE(ZOR::g_vl_nodes(out, triangle, 3, 1e-5));
+    EXPECT_EQ(out.len(), 0u);
+    EXPECT_TRUE(ZOR::g_vl_nodes(out, triangle, -2, 1e-5));
+    EXPECT_EQ(out.len(), 3u);
+
+    const CZorVertexArray y = chain({L(0, 0, 1, 0), L(0, 0, -1, 1), L(0, 0, -1, -1)});
+    EXPECT_FALSE(ZOR::g_vl_nodes(out, y, -2, 1e-5));
+    ASSERT_TRUE(ZOR::g_vl_nodes(out, y, 3, 1e-5));
+    ASSERT_EQ(out.len(), 1u);
+    // The tolerance is scoped to the call; a coarser one merges ends 0.01 apart.
+    const double before = CZorPoint3d::tol;
+    const CZorVertexArray nearly = chain({L(0, 0, 1, 0), L(1.01, 0, 2, 0)});
+    EXPECT_TRUE(ZOR::g_vl_nodes(out, nearly, 2, 0.1));
+    EXPECT_FALSE(ZOR::g_vl_nodes(out, nearly, 2, 1e-5));
+    EXPECT_EQ(CZorPoint3d::tol, before);
+}
+
+TEST(Loops, TangentRuns) {
+    CZorArrayTempl<CZorVertexArray> runs;
+    const CZorArrayTempl<CZorVertexArray> marker = runs.append(CZorVertexArray(L(0, 0, 1, 0)));
+    EXPECT_FALSE(ZOR::g_vl_segm(runs, CZorVertexArray()));
+    EXPECT_EQ(runs, marker);
+    ASSERT_TRUE(ZOR::g_vl_segm(runs, rect(0, 0, 4, 2)));
+    EXPECT_EQ(runs.len(), 4u);
+
+    // A rectangle with round corners, starting in the middle of the bottom edge.
+    const double b = std::tan(M_PI / 8);
+    const CZorVertexArray rounded =
+        chain({L(2, 0, 9, 0), CZorVertex(P(9, 0), P(10, 1), b), L(10, 1, 10, 4),
+               CZorVertex(P(10, 4), P(9, 5), b), L(9, 5, 1, 5), CZorVertex(P(1, 5), P(0, 4), b),
+               L(0, 4, 0, 1), CZorVertex(P(0, 1), P(1, 0), b), L(1, 0, 2, 0)});
+    ASSERT_TRUE(ZOR::g_vl_segm(runs, rounded));
+    ASSERT_EQ(runs.len(), 1u);
+    EXPECT_TRUE(runs[0].isClosed());
+}
+
+TEST(Loops, MirroredPairs) {
+    // Opposite sides of a rectangle mirror each other across its middle lines.
+    CZorMapTempl<int, int> out;
+    ASSERT_TRUE(ZOR::g_vl_segm_mirp(out, rect(0, 0, 10, 4)));
+    ASSERT_EQ(out.len(), 4u);
+    int j = -1;
+    ASSERT_TRUE(out.getAt(0, j));
+    EXPECT_EQ(j, 2);
+    ASSERT_TRUE(out.getAt(3, j));
+    EXPECT_EQ(j, 1);
+    // The slanted sides of a trapezoid fall in other direction classes; its parallel sides
+    // differ in length.
+    out.setAt(42, 1);
+    const CZorVertexArray trapezoid =
+        chain({L(0, 0, 10, 0), L(10, 0, 8, 4), L(8, 4, 2, 4), L(2, 4, 0, 0)});
+    EXPECT_FALSE(ZOR::g_vl_segm_mirp(out, trapezoid));
+    EXPECT_TRUE(out.hasKey(42));
+}
+
+TEST(Loops, PadAndCutDistances) {
+    CZorArrayTempl<double> d;
+    d.append(5.0);
+    ZOR::g_vl_dl(3, d);
+    ASSERT_EQ(d.len(), 3u);
+    EXPECT_EQ(d[2], 5.0);
+    d.removeAll();
+    ZOR::g_vl_dl(3, d);
+    ASSERT_EQ(d.len(), 3u);
+    EXPECT_EQ(d[0], 0.0);
+    d.removeAll();
+    for (double v : {1.0, 2.0, 3.0, 4.0}) d.append(v);
+    ZOR::g_vl_dl(3, d);
+    ASSERT_EQ(d.len(), 3u);
+    EXPECT_EQ(d[2], 3.0);
+    ZOR::g_vl_dl(-1, d);
+    EXPECT_EQ(d.len(), 0u);
+}
+
+TEST(Loops, OrientAndPointAgainstRegion) {
+    CZorArrayTempl<CZorVertexArray> vll;
+    vll.append(rect(0, 0, 10, 10).reverse());
+    vll.append(CZorVertexArray(L(0, 0, 1, 0)).append(L(1, 0, 1, 1)));
+    const CZorVertexArray open = vll[1];
+    ZOR::setOrient(vll, CZorVector3d::kZAxis);
+    EXPECT_EQ(vll[0], rect(0, 0, 10, 10).reverse().revert());
+    EXPECT_EQ(vll[1], open);
+
+    const Region r = region(rect(0, 0, 10, 10), rect(4, 4, 6, 6));
+    EXPECT_EQ(ZOR::g_vll_pt_inside(r, P(1, 1)), 1);
+    EXPECT_EQ(ZOR::g_vll_pt_inside(r, P(5, 5)), -1);
+    EXPECT_EQ(ZOR::g_vll_pt_inside(r, P(4, 5)), 0);
+    EXPECT_EQ(ZOR::g_vll_pt_inside(r, P(0, 5)), 0);
+    EXPECT_EQ(ZOR::g_vll_pt_inside(r, P(11, 5)), -1);
+    EXPECT_EQ(ZOR::g_vll_pt_inside(Region(), P(0, 0)), -1);
+    CZorArrayTempl<CZorVertexArrayEx> ex;
+    zorVllToVllEx(ex, r);
+    EXPECT_EQ(ZOR::g_vll_pt_inside(ex, P(4, 5)), 0);
+    EXPECT_EQ(ZOR::g_vll_pt_inside(ex, P(5, 5)), -1);
+}
+
+TEST(Loops, PolylineWithinLoop) {
+    const CZorVertexArray sq = rect(0, 0, 10, 10);
+    EXPECT_TRUE(ZOR::g_vl_vl_inside(CZorVertexArray(L(1, 1, 9, 9)), sq));
+    EXPECT_TRUE(ZOR::g_vl_vl_inside(CZorVertexArray(L(0, 0, 10, 0)), sq));  // on the boundary
+    EXPECT_FALSE(ZOR::g_vl_vl_inside(CZorVertexArray(L(1, 1, 12, 9)), sq));
+    EXPECT_FALSE(ZOR::g_vl_vl_inside(CZorVertexArray(L(11, 1, 12, 9)), sq));
+    EXPECT_TRUE(ZOR::g_vl_vl_inside(CZorVertexArray(), sq));
+    CZorVertexArray open = sq;
+    open.remove(3, false);
+    EXPECT_FALSE(ZOR::g_vl_vl_inside(CZorVertexArray(L(0, 0, 10, 0)), open));
+    // A notch reaching out of an L-shaped loop between two inside points.
+    const CZorVertexArray ell = chain({L(0, 0, 10, 0), L(10, 0, 10, 4), L(10, 4, 4, 4),
+                                       L(4, 4, 4, 10), L(4, 10, 0, 10), L(0, 10, 0, 0)});
+    EXPECT_FALSE(ZOR::g_vl_vl_inside(CZorVertexArray(L(2, 8, 8, 2)), ell));
+}
+
+TEST(Loops, Conversions) {
+    const CZorVertexArrayEx x = zor_g_xvl(rect(0, 0, 1, 1), 4, nullptr, CZorVector3d::kXAxis);
+    EXPECT_EQ(x.attrNumber, 4);
+    EXPECT_FALSE(x.attrText.isNull());
+    EXPECT_EQ(x.attrText.len(), 0);
+    EXPECT_TRUE(x.normal() == CZorVector3d::kXAxis);
+    CZorArrayTempl<CZorVertexArray> vll;
+    vll.append(rect(0, 0, 1, 1));
+    vll.append(circle(0, 0, 1));
+    const CZorArrayTempl<CZorVertexArrayEx> xs = zor_g_xvll(vll, 2, L"w", CZorVector3d::kZAxis);
+    ASSERT_EQ(xs.len(), 2u);
+    EXPECT_TRUE(xs[1].attrText == CZorString(L"w"));
+    EXPECT_EQ(zor_g_gvll(xs), vll);
+
+    Regions regl;
+    regl.append(vll);
+    CZorArrayTempl<CZorArrayTempl<CZorVertexArrayEx>> regx;
+    regx[0][0].attrNumber = 8;
+    zorReglToReglEx(regx, regl);
+    ASSERT_EQ(regx.len(), 1u);
+    EXPECT_EQ(regx[0][0].attrNumber, 8);
+    Regions back;
+    zorReglExToRegl(back, regx);
+    EXPECT_EQ(back, regl);
+
+    const CZorArrayTempl<CZorVertexArray> moved = zor_g_vll_move(vll, CZorVector3d(2, 3, 0));
+    EXPECT_TRUE(moved[0][0].start == P(2, 3));
+}
+
+}  // namespace

@@ -1,0 +1,169 @@
+// The indexed paths of the region operations against the plain scans they replace, on random
+// input.
+#include "zor/regions/region_index.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <random>
+
+#include "zor/polyline/point_inside.h"
+#include "zor/polyline/split_break.h"
+#include "zor/regions/loops.h"
+#include "zor/regions/region_building.h"
+#include "zor/regions/test_shapes.h"
+
+namespace {
+
+using namespace zor_test;
+
+// Loops of random rectangles and circles in a 100 x 100 field, some nested, some crossing, some
+// sharing corners on a coarse grid.
+CZorArrayTempl<CZorVertexArray> randomLoops(std::mt19937& rng, int n) {
+    std::uniform_int_distribution<int> cell(0, 20);
+    std::uniform_int_distribution<int> size(1, 8);
+    std::uniform_int_distribution<int> kind(0, 2);
+    CZorArrayTempl<CZorVertexArray> out;
+    for (int i = 0; i < n; ++i) {
+        const double x = 5.0 * cell(rng), y = 5.0 * cell(rng), s = 2.5 * size(rng);
+        if (kind(rng) == 0) {
+            out.append(circle(x, y, s));
+        } else {
+            out.append(rect(x, y, x + s, y + 0.5 * s));
+        }
+    }
+    return out;
+}
+
+TEST(RegionIndex, ChainSortingEqualsThePlainSearch) {
+    std::mt19937 rng(11);
+    for (int round = 0; round < 200; ++round) {
+        CZorArrayTempl<CZorVertexArray> loops = randomLoops(rng, 1 + round % 7);
+        CZorVertexArray bag;
+        for (int i = 0; i < static_cast<int>(loops.len()); ++i) bag += loops[i];
+        // Shuffle, and move some ends by less than the tolerance so that joints aren't exact.
+        std::vector<int> order(bag.len());
+        for (int i = 0; i < bag.len(); ++i) order[i] = i;
+        std::shuffle(order.begin(), order.end(), rng);
+        CZorVertexArray shuffled;
+        std::uniform_real_distribution<double> jitter(-3e-6, 3e-6);
+        for (const int i : order) {
+            CZorVertex s = bag[i];
+            s.start.x += jitter(rng);
+            shuffled.append(s);
+        }
+        CZorVertexArray plain = shuffled;
+        CZorVertexArray fast = shuffled;
+        ZOR::g_vl_sort(plain);
+        ZOR::detail::sortChains(fast);
+        ASSERT_EQ(fast.len(), plain.len());
+        for (int i = 0; i < plain.len(); ++i) {
+            ASSERT_TRUE(fast[i].start.x == plain[i].start.x && fast[i].end.x == plain[i].end.x &&
+                        fast[i].end.y == plain[i].end.y && fast[i].bulge == plain[i].bulge)
+                << "round " << round << " at " << i;
+        }
+    }
+}
+
+TEST(RegionIndex, RegionTesterEqualsThePlainTest) {
+    std::mt19937 rng(5);
+    std::uniform_real_distribution<double> coord(-5.0, 110.0);
+    for (int round = 0; round < 40; ++round) {
+        Region r = region(rect(0, 0, 100, 100));
+        const CZorArrayTempl<CZorVertexArray> holes = randomLoops(rng, 6);
+        for (int i = 0; i < static_cast<int>(holes.len()); ++i) r.append(holes[i]);
+        const ZOR::detail::RegionPointTester tester(ZOR::detail::loopPointers(r));
+        std::vector<CZorPoint3d> points;
+        for (int k = 0; k < 100; ++k) points.emplace_back(coord(rng), coord(rng), 0.0);
+        // Points on the boundaries: middles and ends of segments.
+        for (int i = 0; i < static_cast<int>(r.len()); ++i) {
+            for (int k = 0; k < r[i].len(); ++k) {
+                points.push_back(r[i][k].mid());
+                points.push_back(r[i][k].start);
+            }
+        }
+        for (const CZorPoint3d& p : points) {
+            ASSERT_EQ(tester.classify(p), ZOR::g_vll_pt_inside(r, p)) << p.x << " " << p.y;
+        }
+    }
+    EXPECT_EQ(ZOR::detail::RegionPointTester({}).classify(CZorPoint3d(0, 0, 0)), -1);
+}
+
+// g_vll_region as its steps read, every loop tested against every other.
+Regions regionsByDepthPlain(const CZorArrayTempl<CZorVertexArray>& loops) {
+    const int n = loops.len();
+    std::vector<int> depth(n, 0);
+    for (int i = 0; i < n; ++i) {
+        if (loops[i].len() < 2) continue;
+        const CZorPoint3d p = loops[i][0].mid();
+        for (int j = 0; j < n; ++j) {
+            if (j != i && ZOR::g_vl_pt_inside(loops[j], p, false)) ++depth[i];
+        }
+    }
+    std::map<int, std::vector<int>> byDepth;
+    for (int i = 0; i < n; ++i) {
+        if (depth[i] % 2 == 0) byDepth[depth[i]].push_back(i);
+    }
+    Regions out;
+    std::vector<bool> placed(n, false);
+    for (const auto& level : byDepth) {
+        for (const int i : level.second) {
+            out.append(region(loops[i]));
+            placed[i] = true;
+        }
+    }
+    if (out.len() == 0) return out;
+    for (int i = 0; i < n; ++i) {
+        if (placed[i]) continue;
+        const CZorPoint3d p = loops[i][0].mid();
+        for (int r = static_cast<int>(out.len()) - 1; r >= 0; --r) {
+            if (ZOR::g_vl_pt_inside(out[r][0], p, false)) {
+                out[r].append(loops[i]);
+                break;
+            }
+        }
+    }
+    return out;
+}
+
+TEST(RegionIndex, RegionsByDepthEqualThePlainNesting) {
+    std::mt19937 rng(3);
+    for (int round = 0; round < 100; ++round) {
+        const CZorArrayTempl<CZorVertexArray> loops = randomLoops(rng, 2 + round % 12);
+        ASSERT_EQ(ZOR::g_vll_region(loops), regionsByDepthPlain(loops)) << "round " << round;
+    }
+}
+
+TEST(RegionIndex, PointGridFindsEveryPointWithinTolerance) {
+    std::mt19937 rng(8);
+    std::uniform_real_distribution<double> coord(-1.0, 1.0);
+    std::uniform_real_distribution<double> off(-1e-5, 1e-5);
+    ZOR::detail::PointGrid grid;
+    std::vector<CZorPoint3d> pts;
+    for (int i = 0; i < 2000; ++i) {
+        pts.emplace_back(coord(rng) * 1e-3, coord(rng) * 1e-3, 0.0);
+        grid.insert(pts.back(), i);
+    }
+    // Coordinates beyond integer cells go to the shared bucket and are still found.
+    pts.emplace_back(1e300, 0.0, 0.0);
+    grid.insert(pts.back(), 2000);
+    std::vector<int> near;
+    for (int q = 0; q < 500; ++q) {
+        const CZorPoint3d& base = pts[q % pts.size()];
+        const CZorPoint3d p(base.x + off(rng), base.y + off(rng), 0.0);
+        grid.near(p, near);
+        for (int i = 0; i < static_cast<int>(pts.size()); ++i) {
+            if (pts[i] == p) {
+                ASSERT_NE(std::find(near.begin(), near.end(), i), near.end());
+            }
+        }
+    }
+    grid.near(pts.back(), near);
+    EXPECT_NE(std::find(near.begin(), near.end(), 2000), near.end());
+    grid.erase(pts[0], 0);
+    grid.near(pts[0], near);
+    EXPECT_EQ(std::find(near.begin(), near.end(), 0), near.end());
+}
+
+}  // namespace
