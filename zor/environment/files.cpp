@@ -6,10 +6,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <climits>
 #include <cstdint>
 #include <ctime>
 #include <cwctype>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -106,6 +109,34 @@ bool maskMatches(const std::string& pattern, const char* name) {
     return pattern == "*.*" || ::fnmatch(pattern.c_str(), name, FNM_CASEFOLD) == 0;
 }
 
+// The blank-separated fields of a mountinfo line, with the octal escapes (\040 for a blank) undone.
+std::vector<std::string> mountFields(const std::string& line) {
+    std::vector<std::string> fields;
+    std::string field;
+    for (std::size_t i = 0; i <= line.size(); ++i) {
+        if (i == line.size() || line[i] == ' ') {
+            if (!field.empty()) fields.push_back(field);
+            field.clear();
+        } else if (line[i] == '\\' && i + 3 < line.size() &&
+                   std::isdigit(static_cast<unsigned char>(line[i + 1]))) {
+            field += static_cast<char>(std::stoi(line.substr(i + 1, 3), nullptr, 8));
+            i += 3;
+        } else {
+            field += line[i];
+        }
+    }
+    return fields;
+}
+
+// File systems whose files live on another machine: the counterpart of a remote drive.
+bool isNetworkFileSystem(const std::string& type) {
+    static constexpr const char* kRemote[] = {"nfs",       "nfs4",  "cifs",      "smb3",
+                                              "smbfs",     "ncpfs", "afs",       "ceph",
+                                              "glusterfs", "9p",    "fuse.sshfs"};
+    return std::find_if(std::begin(kRemote), std::end(kRemote),
+                        [&](const char* t) { return type == t; }) != std::end(kRemote);
+}
+
 }  // namespace
 
 CZorString tmp_dir() {
@@ -158,13 +189,50 @@ bool fileExist(const wchar_t* path) {
     return ::access(detail::toNativePath(dos_name(copy)).c_str(), F_OK) == 0;
 }
 
+std::string detail::remoteName(const std::string& mountInfo, const std::string& path) {
+    std::string bestPoint;
+    std::string bestSource;
+    bool bestRemote = false;
+    std::size_t begin = 0;
+    while (begin < mountInfo.size()) {
+        std::size_t end = mountInfo.find('\n', begin);
+        if (end == std::string::npos) end = mountInfo.size();
+        const std::vector<std::string> fields = mountFields(mountInfo.substr(begin, end - begin));
+        begin = end + 1;
+        // id parent dev root mount-point options [optional fields] - type source super-options
+        const auto dash = std::find(fields.begin(), fields.end(), "-");
+        if (fields.size() < 5 || dash == fields.end() || fields.end() - dash < 3) continue;
+        const std::string& point = fields[4];
+        const bool covers =
+            point == "/" || (path.compare(0, point.size(), point) == 0 &&
+                             (path.size() == point.size() || path[point.size()] == '/'));
+        // The longest mount point that covers the path wins; a later mount over the same point
+        // hides an earlier one.
+        if (!covers || point.size() < bestPoint.size()) continue;
+        bestPoint = point;
+        bestRemote = isNetworkFileSystem(dash[1]);
+        bestSource = dash[2];
+    }
+    if (!bestRemote) return {};
+    const std::string behind = bestPoint == "/" ? path : path.substr(bestPoint.size());
+    return bestSource + behind;
+}
+
 bool fileNameUNC(CZorString& out, const wchar_t* path, bool force) {
     if (path == nullptr) return false;
     if ((path[0] == L'\\' && path[1] == L'\\') || (path[0] == L'/' && path[1] == L'/'))
         return false;
+    const std::string full = fullPath(detail::toNativePath(path));
+    std::ifstream mounts("/proc/self/mountinfo");
+    const std::string mountInfo((std::istreambuf_iterator<char>(mounts)),
+                                std::istreambuf_iterator<char>());
+    if (const std::string remote = detail::remoteName(mountInfo, full); !remote.empty()) {
+        out = detail::fromUtf8(remote).c_str();
+        return true;
+    }
     if (!force) return false;
     CZorString unc(L"\\\\.\\");
-    unc += detail::fromUtf8(fullPath(detail::toNativePath(path))).c_str();
+    unc += detail::fromUtf8(full).c_str();
     out = unc;
     return true;
 }

@@ -7,6 +7,8 @@
 // these functions build use the native `/`.
 #pragma once
 
+#include <string>
+
 #include "zor/foundation/array.h"
 #include "zor/text/string.h"
 
@@ -39,9 +41,10 @@ const wchar_t* dos_name(CZorString& path);
 bool fileExist(const wchar_t* path);
 
 // The network form of a path. False, with `out` unchanged, for a null path or one that already
-// is in network form (starts with two slashes or backslashes), and for a local path without
-// `force`; with `force` a local path gives "\\.\" followed by its full path. This platform has no
-// mapped network drives, so no path takes the remote form.
+// is in network form (starts with two slashes or backslashes). A path on a network file system
+// (NFS, SMB/CIFS, ...) gives the mount's source followed by the path behind its mount point, as
+// in "server:/export/dir/file". A local path gives false without `force`, and with it "\\.\"
+// followed by its full path.
 bool fileNameUNC(CZorString& out, const wchar_t* path, bool force);
 
 // Lists the entries that `mask` (default "*.*", which matches every name; matching ignores case)
@@ -73,5 +76,11 @@ class CWorkDirOverride {
   private:
     CZorString saved;
 };
+
+namespace detail {
+// The network form of the absolute native `path` by the mount table `mountInfo` (in the format
+// of /proc/self/mountinfo); empty if the path lies on a local file system.
+std::string remoteName(const std::string& mountInfo, const std::string& path);
+}  // namespace detail
 
 }  // namespace ZOR

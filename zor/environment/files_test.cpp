@@ -116,6 +116,21 @@ TEST_F(FilesTest, NetworkForm) {
     EXPECT_EQ(std::wstring(out), L"\\\\.\\" + wide(dir_.path()) + L"/rel");
 }
 
+TEST(NetworkForm, MountSourceAndPathBehindMountPoint) {
+    const std::string table =
+        "22 1 8:1 / / rw,relatime shared:1 - ext4 /dev/sda1 rw\n"
+        "40 22 0:50 / /mnt/share rw shared:7 - nfs4 server:/export rw\n"
+        "41 40 8:2 / /mnt/share/local rw - ext4 /dev/sdb1 rw\n"
+        "42 22 0:51 / /mnt/my\\040docs rw - cifs //host/docs rw\n";
+    EXPECT_EQ(detail::remoteName(table, "/mnt/share/a/b.txt"), "server:/export/a/b.txt");
+    EXPECT_EQ(detail::remoteName(table, "/mnt/share"), "server:/export");
+    EXPECT_EQ(detail::remoteName(table, "/mnt/my docs/x"), "//host/docs/x");
+    EXPECT_EQ(detail::remoteName(table, "/mnt/share/local/c"), "");  // a local mount inside it
+    EXPECT_EQ(detail::remoteName(table, "/mnt/shared/c"), "");       // not at a component boundary
+    EXPECT_EQ(detail::remoteName(table, "/home/x"), "");
+    EXPECT_EQ(detail::remoteName("garbage line\n\n", "/x"), "");
+}
+
 class FileDirTest : public FilesTest {
   protected:
     FileDirTest() {

@@ -82,6 +82,25 @@ TEST_F(SettingsTest, RoundTripOfAllThreeForms) {
     EXPECT_STREQ(text, L"hello");
 }
 
+TEST_F(SettingsTest, NullAndEmptyValueNamesAreTheKeysDefaultValue) {
+    EXPECT_TRUE(regWrite(L"Draw", nullptr, L"default", false));
+    CZorString text;
+    EXPECT_TRUE(regRead(L"Draw", L"", text));
+    EXPECT_STREQ(text, L"default");
+    EXPECT_TRUE(regWrite(L"Draw", L"", 4ul));
+    unsigned long number = 0;
+    EXPECT_TRUE(regRead(L"Draw", nullptr, number));
+    EXPECT_EQ(number, 4u);
+    // "sub\" names the default value of the subkey "sub".
+    EXPECT_TRUE(regWrite(L"Draw", L"sub\\", 5ul));
+    HKEY key = nullptr;
+    ASSERT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1\\sub", KEY_READ, &key),
+              ERROR_SUCCESS);
+    EXPECT_TRUE(regRead(key, nullptr, number));
+    EXPECT_EQ(number, 5u);
+    regCloseKey(key);
+}
+
 TEST_F(SettingsTest, SubPathOfValueNameBecomesSubkey) {
     EXPECT_TRUE(regWrite(L"Draw", L"a\\b\\c", 3ul));
     HKEY key = nullptr;
