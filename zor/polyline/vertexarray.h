@@ -65,6 +65,14 @@ class CZorVertexArray : public CZorArray {
     bool join(const CZorVertex& v, bool allowReverse);
     bool join(const CZorVertexArray& a, bool allowReverse);
 
+    // --- Offsetting --------------------------------------------------------------------------
+    // Every segment moved sideways (positive to the right of travel), then the chain repaired
+    // locally with mitred corners. `d == 0.0` does nothing; `dist` gives one distance per
+    // segment, the last repeated. With `trimClose` the closing joint of a closed polyline is
+    // repaired like the others.
+    CZorVertexArray& offset(double d, bool trimClose);
+    CZorVertexArray& offset(const CZorArrayTempl<double>& dist, bool trimClose);
+
     // --- Queries ---------------------------------------------------------------------------
     const CZorVector3d& normal() const { return normal_; }
     int indexOf(const CZorVertex& v) const;
