@@ -294,6 +294,60 @@ TEST(SortTest, RestoresRunningOrderOfChainsAndLoops) {
     EXPECT_EQ(near[1], L(P(1, 0), P(2, 0)));
 }
 
+// The plain scan that the indexed search of g_vl_sort must reproduce.
+void PlainSort(CZorVertexArray& vl) {
+    const int n = vl.len();
+    if (n < 2) return;
+    CZorPoint3d p0 = vl[0].start;
+    for (int i = 1; i < n; ++i) {
+        if (vl[i - 1].end == vl[i].start) {
+            vl[i - 1].end = vl[i].start;
+        } else {
+            for (int k = i + 1; k < n; ++k) {
+                if (vl[k].start == vl[i - 1].end) {
+                    vl[i - 1].end = vl[k].start;
+                    std::swap(vl[k], vl[i]);
+                    break;
+                }
+            }
+        }
+        if (vl[i].end == p0) p0 = vl[(i + 1) % n].start;
+    }
+}
+
+TEST(SortTest, IndexedSearchEqualsThePlainScan) {
+    std::mt19937 rng(11);
+    std::uniform_real_distribution<double> jitter(-4e-6, 4e-6);
+    std::uniform_int_distribution<int> corner(0, 5);
+    for (int round = 0; round < 10; ++round) {
+        // Loops on a coarse lattice, so that many starts share points, with joints that match
+        // only within tolerance, shuffled.
+        CZorVertexArray vl;
+        for (int loop = 0; loop < 30; ++loop) {
+            CZorPoint3dArray corners;
+            for (int k = 0; k < 4; ++k) corners.append(P(corner(rng), corner(rng)));
+            for (int k = 0; k < 4; ++k) {
+                const CZorPoint3d& a = corners[k];
+                const CZorPoint3d& b = corners[(k + 1) % 4];
+                vl.append(L(P(a.x + jitter(rng), a.y), P(b.x, b.y + jitter(rng))));
+            }
+        }
+        for (int i = vl.len() - 1; i > 0; --i) {
+            std::swap(vl[i], vl[std::uniform_int_distribution<int>(0, i)(rng)]);
+        }
+        CZorVertexArray indexed = vl, plain = vl;
+        ZOR::g_vl_sort(indexed);
+        PlainSort(plain);
+        ASSERT_EQ(indexed.len(), plain.len());
+        for (int i = 0; i < plain.len(); ++i) {
+            EXPECT_EQ(indexed[i].start.x, plain[i].start.x);
+            EXPECT_EQ(indexed[i].start.y, plain[i].start.y);
+            EXPECT_EQ(indexed[i].end.x, plain[i].end.x);
+            EXPECT_EQ(indexed[i].end.y, plain[i].end.y);
+        }
+    }
+}
+
 TEST(SortTest, PointsAlongAPolylineOrSegment) {
     const CZorVertexArray vl = Polygon({P(0, 0), P(4, 0), P(4, 4)}, false);
     const CZorPoint3dArray sorted =
