@@ -25,7 +25,8 @@ bool CMapDoubleToPoint::append(double d, const CZorPoint3d& p) {
 }
 
 bool CMapDoubleToPoint::insertAt(int i, double d, const CZorPoint3d& p) {
-    if (i < 0 || i > len()) return false;
+    if (i < 0) return false;
+    if (i > len()) setLogicalLength(static_cast<std::uint32_t>(i));
     keys.insertAt(static_cast<std::uint32_t>(i), d);
     points.insertAt(static_cast<unsigned int>(i), p);
     return true;

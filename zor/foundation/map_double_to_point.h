@@ -21,8 +21,8 @@ class CMapDoubleToPoint {
 
     // Adds a pair at the end. Always true.
     bool append(double d, const CZorPoint3d& p);
-    // Inserts a pair at `i`. An index below 0 or above the length inserts nothing and gives
-    // false, so the two lists never part.
+    // Inserts a pair at `i`; true. An `i` past the end first extends both lists to `i` as
+    // setLogicalLength does, so they never part. A negative `i` inserts nothing and gives false.
     bool insertAt(int i, double d, const CZorPoint3d& p);
     // Reads entry `i`; -1 is the last. False when `i` is above the length. An `i` equal to the
     // length adds one entry (0 and the origin) and reads it.

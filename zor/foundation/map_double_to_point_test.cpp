@@ -78,14 +78,13 @@ TEST(ZorMapDoubleToPointTest, AccessInsertionAndLength) {
     double d = 9;
     CZorPoint3d p(9, 9, 9);
     EXPECT_TRUE(m.insertAt(0, 2, CZorPoint3d(2, 0, 0)) && m.insertAt(0, 1, CZorPoint3d(1, 0, 0)));
-    // Outside the list the two arrays would part: nothing happens.
-    EXPECT_FALSE(m.insertAt(3, 9, p) || m.insertAt(-1, 9, p) || m.getAt(3, d, p));
+    EXPECT_FALSE(m.insertAt(-1, 9, p) || m.getAt(3, d, p));
     EXPECT_TRUE(d == 9 && p.x == 9);
     EXPECT_TRUE(m.getAt(2, d, p) && d == 0 && p.x == 0);  // reading at the length extends
-    EXPECT_EQ(entries(m), (Entries{{1, 1}, {2, 2}, {0, 0}}));
-    EXPECT_EQ(m.setLogicalLength(4), 4u);
-    EXPECT_EQ(entries(m)[3].first, 0.0);
-    m.setLogicalLength(1);
+    // Past the end both lists extend together, with defined numbers in the gap.
+    EXPECT_TRUE(m.insertAt(4, 5, CZorPoint3d(5, 0, 0)));
+    EXPECT_EQ(entries(m), (Entries{{1, 1}, {2, 2}, {0, 0}, {0, 0}, {5, 5}}));
+    EXPECT_EQ(m.setLogicalLength(1), 1u);
     CMapDoubleToPoint copy(m);
     copy.append(4, CZorPoint3d(4, 0, 0));
     EXPECT_EQ(entries(m), (Entries{{1, 1}}));
