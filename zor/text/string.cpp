@@ -632,3 +632,8 @@ namespace ZOR {
 void dump(const wchar_t*, ...) {}
 
 }  // namespace ZOR
+
+template class CZorArrayTempl<CZorString>;
+template class CZorMapTempl<int, CZorString>;
+template class CZorMapTempl<CZorString, CZorString>;
+template class CZorMapTempl<CZorString, CZorArrayTempl<CZorString>>;

@@ -27,6 +27,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "zor/foundation/array.h"
+#include "zor/foundation/map.h"
 #include "zor/foundation/object.h"
 
 class CZorString : public CZorObj {
@@ -217,3 +219,9 @@ namespace ZOR {
 // A debugging hook kept for its signature: takes a format and arguments and does nothing.
 void dump(const wchar_t* fmt, ...);
 }  // namespace ZOR
+
+// The string lists and string maps of the interface are compiled once, in string.cpp.
+extern template class CZorArrayTempl<CZorString>;
+extern template class CZorMapTempl<int, CZorString>;
+extern template class CZorMapTempl<CZorString, CZorString>;
+extern template class CZorMapTempl<CZorString, CZorArrayTempl<CZorString>>;

@@ -308,6 +308,20 @@ TEST(StringTest, MoveLeavesTheSourceNullAndRespectsAnOpenTarget) {
     EXPECT_STREQ(c, L"abc");
 }
 
+// The string list is compiled with the class: its order reads null as the empty text, its
+// equality doesn't.
+TEST(StringTest, StringListsSortByTextAndKeepNullApart) {
+    CZorArrayTempl<CZorString> list;
+    list.append(L"b").append(CZorString()).append(L"a").append(L"");
+    list.sort();
+    EXPECT_TRUE(list[0].isNull() && IsText(list[1], L"") && IsText(list[3], L"b"));
+    EXPECT_EQ(list.indexOf(L""), 1);
+    CZorMapTempl<CZorString, CZorString> map;
+    map.setAt(L"key", L"value");
+    CZorString value;
+    EXPECT_TRUE(map.getAt(L"key", value) && IsText(value, L"value") && !map.hasKey(L"KEY"));
+}
+
 // Random edits against a plain wide-string model: lengths and texts must agree at every step.
 TEST(StringTest, RandomEditsMatchPlainModel) {
     std::mt19937 rng(7);
