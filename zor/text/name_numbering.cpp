@@ -43,15 +43,21 @@ bool str_incr_parse(CZorArrayTempl<CZorString>& list, const wchar_t* text) {
     wchar_t lastKind = 0;
     for (const wchar_t* p = text; *p; ++p) {
         wchar_t kind = 0;
-        if (!str_incr_type(kind, *p)) {
-            if (!str_incr_delimit(*p)) continue;  // skipped, the run goes on around it
-            if (list.isEmpty()) continue;         // no leading delimiters
+        bool opensEntry = false;
+        if (str_incr_type(kind, *p)) {
+            // Letters and digits join the entry before when it counts from the same base,
+            // even across skipped characters.
+            opensEntry = list.isEmpty() || kind != lastKind;
+        } else if (str_incr_delimit(*p)) {
+            if (list.isEmpty()) continue;  // no leading delimiters
+            // Delimiters join only the one right before them: "A- -B" has two runs of them.
             kind = kDelimiterRun;
+            opensEntry = p == text || !str_incr_delimit(p[-1]);
+        } else {
+            continue;  // skipped, the run goes on around it
         }
-        if (list.isEmpty() || kind != lastKind) {
-            list.append(CZorString(L""));
-            lastKind = kind;
-        }
+        if (opensEntry) list.append(CZorString(L""));
+        lastKind = kind;
         list[-1] += *p;
     }
     return !list.isEmpty();

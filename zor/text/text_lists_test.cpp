@@ -260,6 +260,9 @@ TEST(NumberingTest, Runs) {
     EXPECT_EQ(entries(list), (Texts{L"abcd"}));
     EXPECT_TRUE(ZOR::str_incr_parse(list, L"--Ab9./x"));
     EXPECT_EQ(entries(list), (Texts{L"A", L"b", L"9", L"./", L"x"}));
+    // A skipped character ends a run of delimiters but not one of letters.
+    EXPECT_TRUE(ZOR::str_incr_parse(list, L"A- -B C"));
+    EXPECT_EQ(entries(list), (Texts{L"A", L"-", L"-", L"BC"}));
     EXPECT_FALSE(ZOR::str_incr_parse(list, L"-- !"));
     EXPECT_TRUE(list.isEmpty());
     list = listOf({L"keep"});
