@@ -36,12 +36,14 @@ bool startsWideCharEscape(const wchar_t* p) {
 }
 
 // Reads the escape at `p` (which startsWideCharEscape): up to four units behind "\U+", fewer
-// where the text ends. `p` moves behind what was read.
+// where the text ends. `p` moves behind what was read. The reader takes a sign as well
+// ("\U+-001"); the value is cut to the 16 bits that four digits can hold, so that no such
+// text makes a unit outside the range of characters.
 wchar_t readWideCharEscape(const wchar_t*& p) {
     p += 3;
     wchar_t digits[5] = {};
     for (int i = 0; i < 4 && *p; ++i) digits[i] = *p++;
-    return static_cast<wchar_t>(ZOR::xtol(digits));
+    return static_cast<wchar_t>(ZOR::xtol(digits) & 0xFFFF);
 }
 
 void appendHex4(std::wstring& out, unsigned long value) {

@@ -69,6 +69,7 @@ TEST(WideCharEscapeTest, CutOffEscapesEndQuietly) {
     EXPECT_EQ(text(CZorString(L"ab\\U+41").unEscapeWideChar()), L"abA");
     EXPECT_EQ(text(CZorString(L"\\U+zzzzq").unEscapeWideChar()), L"q");
     EXPECT_EQ(text(CZorString(L"\\U+0000q").unEscapeWideChar()), L"q");
+    EXPECT_EQ(text(CZorString(L"\\U+-001").unEscapeWideChar()), L"\xffff");  // 16 bits
     EXPECT_EQ(text(CZorString(L"\\U").unEscapeWideChar()), L"\\U");
     EXPECT_TRUE(CZorString().unEscapeWideChar().isNull());
 }
