@@ -158,6 +158,7 @@ char* CZorString::toMultiByte(char*& target, int codePage) const {
 namespace ZOR {
 
 wchar_t* dosToWin(wchar_t* text) {
+    if (!text) return text;
     Conversion conversion("WCHAR_T", iconvName(kOemCodePage));
     for (wchar_t* p = text; *p; ++p) {
         const char byte = static_cast<char>(*p & 0xFF);
@@ -175,6 +176,7 @@ wchar_t* dosToWin(wchar_t* text) {
 }
 
 wchar_t* winToDos(wchar_t* text) {
+    if (!text) return text;
     Conversion conversion(iconvName(kOemCodePage), "WCHAR_T");
     for (wchar_t* p = text; *p; ++p) {
         std::string byte;

@@ -24,11 +24,11 @@
 namespace ZOR {
 
 // Reads the low byte of each unit as a byte of the OEM code page and writes the character it
-// stands for into the same unit. Returns `text`, which must not be null.
+// stands for into the same unit. Returns `text`; a null `text` is returned as it is.
 wchar_t* dosToWin(wchar_t* text);
 
 // The inverse: each unit becomes the byte of the OEM code page for its character, '?' where
-// the code page has none, stored in one unit. Returns `text`, which must not be null.
+// the code page has none, stored in one unit. Returns `text`; null stays null.
 wchar_t* winToDos(wchar_t* text);
 
 // Base64 of RFC 4648 (standard alphabet, '=' padding, no line breaks). `text` is replaced; no

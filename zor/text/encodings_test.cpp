@@ -126,6 +126,8 @@ TEST(OemCodePageTest, DosAndWinAreInverse) {
     EXPECT_EQ(std::wstring(euro), L"?z");
     wchar_t empty[] = {0};
     EXPECT_EQ(ZOR::dosToWin(empty), empty);
+    EXPECT_EQ(ZOR::dosToWin(nullptr), nullptr);
+    EXPECT_EQ(ZOR::winToDos(nullptr), nullptr);
 }
 
 CZorArrayTempl<unsigned char> bytes(const char* s) {
