@@ -117,6 +117,13 @@ TEST(ZorMapTest, PointKeysMatchWithinTheTolerance) {
     ASSERT_TRUE(m.getAtIndex(1, key, v));
     EXPECT_TRUE(key.x == 1.0 && v == 5);  // the earlier key stays
     EXPECT_TRUE(m.keyAtIndex(2, key) && key.x == 1 + 2e-5);
+
+    // Within the tolerance of two keys the bisection's order of probes decides: of two entries
+    // the first probe is index 1, where a scan from the front would stop at index 0.
+    CZorMapTempl<CZorPoint3d, int> pair;
+    pair.setAt(CZorPoint3d(0, 0, 0), 0);
+    pair.setAt(CZorPoint3d(1.5e-5, 0, 0), 1);
+    EXPECT_TRUE(pair.getAt(CZorPoint3d(0.75e-5, 0, 0), v) && v == 1);
 }
 
 }  // namespace
