@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -320,39 +319,6 @@ TEST(StringTest, StringListsSortByTextAndKeepNullApart) {
     map.setAt(L"key", L"value");
     CZorString value;
     EXPECT_TRUE(map.getAt(L"key", value) && IsText(value, L"value") && !map.hasKey(L"KEY"));
-}
-
-// Random edits against a plain wide-string model: lengths and texts must agree at every step.
-TEST(StringTest, RandomEditsMatchPlainModel) {
-    std::mt19937 rng(7);
-    CZorString s(L"");
-    std::wstring model;
-    for (int step = 0; step < 3000; ++step) {
-        const std::wstring piece(rng() % 5, static_cast<wchar_t>(L'a' + rng() % 3));
-        const unsigned pos = rng() % (model.size() + 2);
-        const unsigned op = rng() % 5;
-        if (op == 0) {
-            s += piece.c_str();
-            model += piece;
-        } else if (op == 1) {
-            s.insertAt(pos, piece.c_str());
-            if (pos <= model.size()) model.insert(pos, piece);
-        } else if (op == 2) {
-            s = s.mid(pos, 7);
-            ASSERT_EQ(s.isNull(), pos > model.size()) << step;
-            model = pos > model.size() ? std::wstring() : model.substr(pos, 7);
-            if (s.isNull()) s = L"";
-        } else if (op == 3 && !piece.empty()) {
-            s.replace(piece.c_str(), L"c");
-            for (std::size_t at = 0; (at = model.find(piece, at)) != model.npos; ++at)
-                model.replace(at, piece.size(), L"c");
-        } else if (op == 4) {
-            s += s;
-            model += model;
-            if (model.size() > 400) s = s.right(50), model = model.substr(model.size() - 50);
-        }
-        ASSERT_TRUE(IsText(s, model)) << step;
-    }
 }
 
 }  // namespace
