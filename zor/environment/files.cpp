@@ -21,7 +21,7 @@
 namespace ZOR {
 namespace {
 
-// The platform's path limit of the original interface, in units with the terminator.
+// The interface's path limit, in units with the terminator.
 constexpr std::size_t kPathUnits = 260;
 // The release numbers stamped into product file names.
 constexpr int kReleaseYear = 2017;
@@ -36,7 +36,7 @@ bool isSeparator(wchar_t c) {
 }
 
 // A path cut into drive ("c:"), directory (with its trailing separator), name and extension
-// (with its dot), the way the original platform's splitter does it.
+// (with its dot). Both separators count, and the extension starts at the last dot of the name.
 struct PathParts {
     std::wstring drive, dir, name, ext;
 };
@@ -67,7 +67,7 @@ std::string workingDirectory() {
 }
 
 // The absolute, lexically normalised form of a native path ("." and ".." resolved, no double
-// slashes), as the original platform's full-path function makes it.
+// slashes). Nothing is looked up on disk, so links are not resolved.
 std::string fullPath(const std::string& path) {
     const std::string joined =
         !path.empty() && path[0] == '/' ? path : workingDirectory() + "/" + path;

@@ -21,7 +21,7 @@ extern char** environ;
 namespace ZOR {
 namespace {
 
-// The thread priorities of the original platform at their ends: idle and time-critical.
+// The thread priorities of the interface at their ends: idle and time-critical.
 constexpr int kPriorityIdle = -15;
 constexpr int kPriorityTimeCritical = 15;
 // Nice value per step of priority between lowest (-2) and highest (2).

@@ -23,7 +23,7 @@ namespace {
 
 constexpr const char* kSectionName = ".zor_version";
 constexpr const wchar_t* kNoVersionInfo = L"<no version info found>";
-// The original interface's limit of a module's file name, in units with the terminator.
+// The interface's limit of a module's file name, in units with the terminator.
 constexpr std::size_t kPathUnits = 260;
 
 // The bytes of an ELF file's version section; empty if the file isn't ELF or lacks the section.

@@ -2,7 +2,7 @@
 //
 // The record is the `.zor_version` section of an ELF file: "query=value" entries, each ended by a
 // 0 byte, in UTF-8. The library carries its own record, made at build time from the project's
-// name and version. Queries are the paths of the original version resources:
+// name and version. Queries are paths:
 //   \VarFileInfo\Translation               language and code page pairs, "0409 04b0 ..."
 //   \StringFileInfo\<lang><cp>\<Name>      the strings ProductName, CompanyName, LegalCopyright,
 //                                          LegalTrademarks, ProductVersion
