@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "zor/environment/path_unexpand.h"
-#include "zor/environment/tokens.h"
+#include "zor/text/text_lists.h"
 
 namespace ZOR {
 namespace {
@@ -32,45 +32,33 @@ class KeyCloser {
     HKEY key_;
 };
 
-// The `;`-separated parts of a path list, without empty ones.
-std::vector<CZorString> listParts(const wchar_t* text) {
-    return detail::splitTokens(text, L';');
-}
-
-CZorString joinParts(const std::vector<CZorString>& parts) {
-    CZorString joined(L"");
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-        if (i > 0) joined += L';';
-        joined += parts[i];
-    }
-    return joined;
-}
-
 // Each path of a path list expanded by itself; a list without parts comes back unchanged.
 CZorString expandList(const wchar_t* text) {
-    std::vector<CZorString> parts = listParts(text);
-    if (parts.empty()) return CZorString(text);
-    for (CZorString& part : parts) part.expandEnvironmentStrings();
-    return joinParts(parts);
+    CZorArrayTempl<CZorString> parts;
+    if (!strTok(parts, text, L";", false)) return CZorString(text);
+    for (std::uint32_t i = 0; i < parts.len(); ++i)
+        parts[static_cast<int>(i)].expandEnvironmentStrings();
+    return implode(parts, L";");
 }
 
 // Each path of a path list folded into an environment reference where one applies. True if any
 // part changed.
 bool foldList(const wchar_t* text, CZorString& folded) {
-    std::vector<CZorString> parts = listParts(text);
-    if (parts.empty()) {
+    CZorArrayTempl<CZorString> parts;
+    if (!strTok(parts, text, L";", false)) {
         folded = text;
         return false;
     }
     bool changed = false;
     wchar_t buffer[kPathUnits];
-    for (CZorString& part : parts) {
+    for (std::uint32_t i = 0; i < parts.len(); ++i) {
+        CZorString& part = parts[static_cast<int>(i)];
         if (PathUnExpandEnvStringsW(part, buffer, kPathUnits)) {
             part = buffer;
             changed = true;
         }
     }
-    folded = joinParts(parts);
+    folded = implode(parts, L";");
     return changed;
 }
 

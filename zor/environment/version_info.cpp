@@ -6,13 +6,14 @@
 #include <libelf.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstring>
 #include <cwchar>
 #include <string>
 
 #include "zor/environment/native_text.h"
-#include "zor/environment/tokens.h"
 #include "zor/text/number_text.h"
+#include "zor/text/text_lists.h"
 
 namespace {
 
@@ -133,12 +134,11 @@ void CVersionInfo::read(const char* fileName) {
     std::memcpy(block.get(), wide.data(), blockSize);
     valid = 1;
     // The last language and code page pair names the string table.
-    const std::vector<CZorString> pairs =
-        detail::splitTokens(query(L"\\VarFileInfo\\Translation"), L' ');
-    if (pairs.size() >= 2) {
-        prefix.format(L"\\StringFileInfo\\%04x%04x\\",
-                      static_cast<unsigned>(ZOR::xtol(pairs[pairs.size() - 2])),
-                      static_cast<unsigned>(ZOR::xtol(pairs.back())));
+    const CZorArrayTempl<CZorString> pairs =
+        explode(query(L"\\VarFileInfo\\Translation"), L" ", false);
+    if (pairs.len() >= 2) {
+        prefix.format(L"\\StringFileInfo\\%04x%04x\\", static_cast<unsigned>(ZOR::xtol(pairs[-2])),
+                      static_cast<unsigned>(ZOR::xtol(pairs[-1])));
     }
 }
 
@@ -176,20 +176,20 @@ const wchar_t* CVersionInfo::GetProductVersion() {
     const wchar_t* fixed = query(L"\\");
     if (fixed == nullptr) return kNoVersionInfo;
     unsigned parts[4] = {0, 0, 0, 0};
-    const std::vector<CZorString> numbers = detail::splitTokens(fixed, L'.');
-    for (std::size_t i = 0; i < numbers.size() && i < 4; ++i)
-        parts[i] = static_cast<unsigned>(ZOR::atoui(numbers[i])) & 0xFFFFu;
+    const CZorArrayTempl<CZorString> numbers = explode(fixed, L".", false);
+    for (std::uint32_t i = 0; i < numbers.len() && i < 4; ++i)
+        parts[i] = static_cast<unsigned>(ZOR::atoui(numbers[static_cast<int>(i)])) & 0xFFFFu;
     CZorString& text = productVersionText();
     text.format(L"%u.%u.%u.%u", parts[0], parts[1], parts[2], parts[3]);
     return text;
 }
 
 int CVersionInfo::versionCompare(const wchar_t* a, const wchar_t* b) {
-    const std::vector<CZorString> left = detail::splitTokens(a, L'.');
-    const std::vector<CZorString> right = detail::splitTokens(b, L'.');
-    for (std::size_t i = 0; i < left.size() && i < right.size(); ++i) {
-        const int x = ZOR::atoi(left[i]);
-        const int y = ZOR::atoi(right[i]);
+    const CZorArrayTempl<CZorString> left = explode(a, L".", false);
+    const CZorArrayTempl<CZorString> right = explode(b, L".", false);
+    for (std::uint32_t i = 0; i < left.len() && i < right.len(); ++i) {
+        const int x = ZOR::atoi(left[static_cast<int>(i)]);
+        const int y = ZOR::atoi(right[static_cast<int>(i)]);
         if (x != y) return x > y ? 1 : -1;
     }
     return 0;
