@@ -72,6 +72,12 @@ int CZorPoint3dArray::setLength(int n) {
     return len();
 }
 
+void CZorPoint3dArray::extendTo(long long n) {
+    const int old = len();
+    setLength(checkedLength(n));
+    std::fill(data + old, data + len(), CZorPoint3d());
+}
+
 bool CZorPoint3dArray::isMember(const CZorPoint3d& p) const {
     const std::less<const CZorPoint3d*> before;
     return data != nullptr && !before(&p, data) && before(&p, data + physicalLength);
@@ -90,7 +96,7 @@ CZorPoint3d& CZorPoint3dArray::operator[](int i) {
         if (isEmpty()) return dummy;
         i = wrapNegative(i, len());
     }
-    if (i >= len()) setLength(checkedLength(i + 1LL));
+    if (i >= len()) extendTo(i + 1LL);
     return data[i];
 }
 
@@ -126,8 +132,7 @@ CZorPoint3dArray& CZorPoint3dArray::insertAt(unsigned int i, const CZorPoint3d& 
     if (isMember(p)) return insertAt(i, CZorPoint3d(p));
     const int n = len();
     if (i > static_cast<unsigned int>(n)) {
-        setLength(checkedLength(i + 1LL));
-        std::fill(data + n, data + i, CZorPoint3d());
+        extendTo(i + 1LL);
     } else {
         setLength(checkedLength(n + 1LL));
         std::copy_backward(data + i, data + n, data + n + 1);

@@ -28,8 +28,9 @@ class CZorPoint3dArray : public CZorArray {
     bool operator==(const CZorPoint3dArray& a) const;
 
     // Negative indices count from the end. At or past the end the non-const form extends the
-    // list and the const form gives a shared default point. On an empty list a negative index
-    // gives a writable shared default point in the non-const form and leaves the list empty.
+    // list with origin points and the const form gives a shared default point. On an empty list a
+    // negative index gives a writable shared default point in the non-const form and leaves the
+    // list empty.
     CZorPoint3d& operator[](int i);
     const CZorPoint3d& operator[](int i) const;
 
@@ -86,6 +87,9 @@ class CZorPoint3dArray : public CZorArray {
   private:
     // Whether `p` lives in this list's own block (by address).
     bool isMember(const CZorPoint3d& p) const;
+    // Grows the list to `n` points; the new ones are origin points, never stale points that
+    // stayed in the block behind the end.
+    void extendTo(long long n);
 
     CZorPoint3d* data = nullptr;
 };

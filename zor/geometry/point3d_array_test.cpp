@@ -51,6 +51,9 @@ TEST_F(PointListTest, Indexing) {
     EXPECT_EQ(a.len(), 3);
     a[5].x = 6;
     EXPECT_EQ(xs(a), (std::vector<double>{1, 2, 3, 0, 0, 6}));
+    a.setLogicalLength(1);  // what stays behind the end must not come back
+    a[2].y = 1;
+    EXPECT_EQ(xs(a), (std::vector<double>{1, 0, 0}));
 
     // On an empty list a negative index gives a shared, writable default point.
     CZorPoint3dArray empty;
