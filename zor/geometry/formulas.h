@@ -19,9 +19,13 @@ namespace ZOR {
 
 // --- Normalising and snapping angles ---------------------------------------------------------
 
+// The three wrapping functions below step by whole periods, whose rounding is part of their
+// results. A value more than 2^20 periods out is first reduced by a remainder (the steps would
+// never end), and an infinite value gives `nan()`.
+
 // `w` in [0, 2*pi). A value within 1e-8 of 2*pi becomes exactly 0; otherwise 2*pi is
 // subtracted while w >= 2*pi, then added while w < 0. A value just below 0 is not snapped: it
-// becomes a value just below 2*pi. Infinite input gives `nan()`.
+// becomes a value just below 2*pi.
 double g_ang(double w);
 
 // `w` in [-pi, pi], both ends kept: 2*pi is subtracted while w > pi, then added while w < -pi.
@@ -32,7 +36,8 @@ double g_signed_ang(double w);
 double g_dir_nrm(double w);
 
 // The multiple of pi/2 nearest to `w`, reduced to one of 0, pi/2, pi, 3*pi/2 (for w >= 0;
-// negative input gives the negated result of -w).
+// negative input gives the negated result of -w). The quarter index is a 32-bit integer: a
+// value beyond its range gives 0; NaN gives NaN.
 double g_qw(double w);
 
 // `g_ang(w)` snapped onto the nearest axis direction when it lies within 0.001 of it.
