@@ -6,9 +6,10 @@
 // counter-clockwise from `a0` to `a1`. A bulge is tan(sweep / 4), positive counter-clockwise.
 // Everything is decided in the xy plane; z is carried as each function says.
 //
-// Intersection results go to the list given first, emptied before use unless noted. Points
-// coincide by CZorPoint3d::operator== (within CZorPoint3d::tol), so a CZorPoint3dTol scope
-// widens every test here except those against literal constants.
+// Intersection results go to the list given first, emptied before use unless noted; the input
+// points may be points of that list. Points coincide by CZorPoint3d::operator== (within
+// CZorPoint3d::tol), so a CZorPoint3dTol scope widens every test here except those against
+// literal constants.
 #pragma once
 
 #include "zor/geometry/point3d.h"
@@ -21,16 +22,17 @@ namespace ZOR {
 // Circle with circle. Circles touching from outside or inside within the point tolerance give
 // one point; so do equal circles on one centre (the point at angle 0 from c2). Crossing circles
 // give first the point left of the line from c1 to c2, then the one right of it, or one point
-// when the two lie within 1e-5 / r1 radians of that line. Points lie at the z of c1 (of c2 for
-// an inner touch with r1 <= r2). True when the list is not empty.
+// when the two lie within 1e-5 / r1 radians of that line. The distance of the centres counts
+// z; points lie at the z of c1 (of c2 for an inner touch with r1 <= r2). NaN input gives no
+// point. True when the list is not empty.
 bool g_cci(CZorPoint3dArray& list, const CZorPoint3d& c1, double r1, const CZorPoint3d& c2,
            double r2);
 
 // Circle with the infinite line through `p` and `q`. The line is solved in its dominant
 // coordinate, so two points come in ascending y for a line steeper than 45 degrees and in
 // ascending x otherwise (exactly 45 degrees counts as x-dominant), whatever the direction from
-// `p` to `q`. A line that misses the circle by no more than the point tolerance touches it.
-// Points lie at the centre's z.
+// `p` to `q`. A line that misses the circle by less than the point tolerance touches it.
+// Points lie at the centre's z. Two identical points `p`, `q` make no line and give none.
 bool g_cli0(CZorPoint3dArray& list, const CZorPoint3d& c, double r, const CZorPoint3d& p,
             const CZorPoint3d& q);
 
@@ -44,9 +46,9 @@ bool g_cli(CZorPoint3dArray& list, const CZorPoint3d& c, double r, const CZorPoi
 bool g_cai(CZorPoint3dArray& list, const CZorPoint3d& c1, double r1, const CZorPoint3d& c2,
            double r2, double a0, double a1);
 
-// Arc with arc. Arcs about one centre (by point equality) meet in their common end points:
-// first those of the first arc that the second arc's ends contain, then those of the second
-// not yet found. Otherwise the points of g_cci that lie on both arcs.
+// Arc with arc. Arcs about one centre (by point equality) meet in their common end points: the
+// end points of the first arc, in order, that are == to an end point of the second. Otherwise
+// the points of g_cci that lie on both arcs.
 bool g_aai(CZorPoint3dArray& list, const CZorPoint3d& c1, double r1, double a0, double a1,
            const CZorPoint3d& c2, double r2, double b0, double b1);
 
