@@ -8,6 +8,9 @@
 #include <utility>
 #include <vector>
 
+#include "zor/geometry/point3d.h"
+#include "zor/geometry/vector3d.h"
+
 namespace {
 
 // Exposes the capacity, which the interface keeps to itself.
@@ -285,6 +288,17 @@ TEST(ZorArrayTest, SortEqualsAdjacentExchangeOnRandomInput) {
     c.sort([](const void*, const void*) { return 0; }).sort(nullptr);
     EXPECT_EQ(items(c), (V{3, 1, 2}));
     EXPECT_EQ(make<Unordered>({{3}, {1}}).sort()[0].v, 3);
+}
+
+TEST(ZorArrayTest, PointsAreEqualWithinTheToleranceVectorsHaveNoOrder) {
+    CZorArrayTempl<CZorPoint3d> p;
+    p.appendUniq(CZorPoint3d(1, 0, 0)).appendUniq(CZorPoint3d(1 + 1e-6, 0, 0));
+    EXPECT_TRUE(p.len() == 1 && p[0].x == 1.0);
+    p.append(CZorPoint3d(1 - 1e-6, 0, 0)).sort();  // equal, yet the order is exact
+    EXPECT_EQ(p[0].x, 1 - 1e-6);
+    CZorArrayTempl<CZorVector3d> v;
+    v.append(CZorVector3d(3, 0, 0)).append(CZorVector3d(1, 0, 0)).sort();
+    EXPECT_EQ(v[0].x, 3.0);
 }
 
 // A storage-less root, to see what the base tells its derived class.

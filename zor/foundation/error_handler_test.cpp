@@ -95,16 +95,6 @@ TEST(ErrorHandlerTest, CopiesKeepTheReplacedTranslatorAndInstallNothing) {
     // when they go out of scope, in reverse order of construction.
 }
 
-TEST(ErrorHandlerTest, EveryThreadOpensItsOwnScope) {
-    unsigned int code_in_thread = 0;
-    std::thread worker([&] {
-        CZorErrorHandler guard;
-        code_in_thread = caught_code(read_bad_pointer);
-    });
-    worker.join();
-    EXPECT_EQ(code_in_thread, CZorErrorHandler::kAccessViolation);
-}
-
 TEST(ErrorHandlerDeathTest, FaultsOutsideAnyScopeKeepTheirDefaultCourse) {
     { CZorErrorHandler installs_the_signal_handlers; }
     EXPECT_DEATH(read_bad_pointer(), "");
