@@ -10,6 +10,7 @@
 #include "zor/polyline/point_inside.h"
 #include "zor/polyline/segment_index.h"
 #include "zor/polyline/split_break.h"
+#include "zor/regions/loop_breaking.h"
 #include "zor/regions/loops.h"
 #include "zor/regions/region_building.h"
 #include "zor/regions/region_index.h"
@@ -61,18 +62,22 @@ int contactCount(const CZorVertexArray& a, const CZorVertexArray& b) {
     return any ? 1 : 0;
 }
 
-// The witnesses of step "shared": segments of `a` lying on the boundary of `b`, searched by
-// their start.
+// The segments of `a` that lie on the boundary of `b`: witnesses against which the segments of
+// `b` on the boundary of `a` are compared, found by their start.
 class SharedSegments {
   public:
-    void add(const CZorVertex& s) {
-        grid_.insert(s.start, static_cast<int>(segments_.size()));
-        segments_.push_back(s);
+    void add(const CZorVertex& s) { segments_.push_back(s); }
+    // Call once all are added.
+    void index() {
+        std::vector<CZorPoint3d> starts;
+        starts.reserve(segments_.size());
+        for (const CZorVertex& s : segments_) starts.push_back(s.start);
+        grid_ = std::make_unique<detail::PointGrid>(starts);
     }
     // Whether some witness is `==` to the reverse of `s`.
     bool hasTwinOf(const CZorVertex& s) const {
         const CZorVertex r = s.reverse();
-        grid_.near(r.start, near_);
+        grid_->near(r.start, near_);
         for (const int k : near_) {
             if (segments_[k] == r) return true;
         }
@@ -80,8 +85,8 @@ class SharedSegments {
     }
 
   private:
-    detail::PointGrid grid_;
     std::vector<CZorVertex> segments_;
+    std::unique_ptr<detail::PointGrid> grid_;
     mutable std::vector<int> near_;
 };
 
@@ -140,7 +145,7 @@ bool regionFrame(Region<VL> a, Region<VL> b, RegionList<VL>& out, const Settings
         for (int h = 1; h < static_cast<int>(b.len()); ++h) b[h].revert();
     }
     for (int i = 0; i < static_cast<int>(a.len()); ++i) {
-        for (int j = 0; j < static_cast<int>(b.len()); ++j) g_vl_break(a[i], b[j], 3);
+        for (int j = 0; j < static_cast<int>(b.len()); ++j) detail::breakBoth(a[i], b[j]);
     }
 
     // The testers are built at the tolerance before any lowering; their boxes stay
@@ -162,6 +167,7 @@ bool regionFrame(Region<VL> a, Region<VL> b, RegionList<VL>& out, const Settings
             }
         }
     }
+    witnesses.index();
     const int keepB = st.op == Operation::kUnion ? -1 : 1;
     for (int j = 0; j < static_cast<int>(b.len()); ++j) {
         for (int k = 0; k < b[j].len(); ++k) {

@@ -35,26 +35,38 @@ void LoopBoxes::at(const CZorPoint3d& p, std::vector<int>& out) const {
     index_.query(Box2d{p.x, p.y, p.x, p.y}, out);
 }
 
-RegionPointTester::RegionPointTester(std::vector<const CZorVertexArray*> region)
-    : loops_(std::move(region)) {
-    if (loops_.empty()) return;
-    outer_ = std::make_unique<PointInsideTester>(*loops_[0]);
-    const std::vector<const CZorVertexArray*> holes(loops_.begin() + 1, loops_.end());
-    for (const CZorVertexArray* hole : holes) {
-        holes_.push_back(std::make_unique<PointInsideTester>(*hole));
+RegionPointTester::RegionPointTester(std::vector<const CZorVertexArray*> region) {
+    if (region.empty()) return;
+    for (const CZorVertexArray* loop : region) loops_.push_back(std::make_unique<Loop>(loop));
+    holeBoxes_ = std::make_unique<LoopBoxes>(
+        std::vector<const CZorVertexArray*>(region.begin() + 1, region.end()));
+}
+
+bool RegionPointTester::Loop::onOutline(CZorPoint3d p, std::vector<int>& scratch) const {
+    // As in the ray test: too few segments answer nothing, and the point takes the height of
+    // the outline.
+    if (vl->len() < 2) return false;
+    p.z = (*vl)[0].start.z;
+    segments.query(Box2d{p.x, p.y, p.x, p.y}, scratch);
+    for (const int i : scratch) {
+        if ((*vl)[i].isPoint(p)) return true;
     }
-    holeBoxes_ = std::make_unique<LoopBoxes>(holes);
+    return false;
 }
 
 int RegionPointTester::classify(const CZorPoint3d& p) const {
     if (loops_.empty()) return -1;
-    if (!outer_->inside(p, false)) return outer_->inside(p, true) ? 0 : -1;
-    if (holes_.empty()) return 1;
+    std::vector<int> scratch;
+    const Loop& outer = *loops_[0];
+    if (outer.onOutline(p, scratch)) return 0;
+    if (!outer.inside.inside(p, false)) return -1;
+    if (loops_.size() == 1) return 1;
     std::vector<int> candidates;
     holeBoxes_->at(p, candidates);
     for (const int h : candidates) {
-        if (holes_[h]->inside(p, false)) return -1;
-        if (holes_[h]->inside(p, true)) return 0;
+        const Loop& hole = *loops_[h + 1];
+        if (hole.onOutline(p, scratch)) return 0;
+        if (hole.inside.inside(p, false)) return -1;
     }
     return 1;
 }
@@ -65,7 +77,33 @@ std::size_t PointGrid::CellHash::operator()(const Cell& c) const {
     return static_cast<std::size_t>(h ^ (h >> 29));
 }
 
-PointGrid::PointGrid() : size_(CZorPoint3d::tol) {}
+// Cells twice the tolerance wide: a point lies within tolerance of at most the cell it falls in
+// and the neighbours on the nearer side in each direction, four cells in all.
+PointGrid::PointGrid(const std::vector<CZorPoint3d>& points) : size_(2.0 * CZorPoint3d::tol) {
+    std::vector<std::pair<Cell, int>> placed;
+    placed.reserve(points.size());
+    for (int i = 0; i < static_cast<int>(points.size()); ++i) {
+        Cell c;
+        if (cellOf(points[i], c)) {
+            placed.emplace_back(c, i);
+        } else {
+            shared_.push_back(i);
+        }
+    }
+    std::sort(placed.begin(), placed.end(), [](const auto& a, const auto& b) {
+        if (a.first.x != b.first.x) return a.first.x < b.first.x;
+        if (a.first.y != b.first.y) return a.first.y < b.first.y;
+        return a.second < b.second;
+    });
+    ids_.reserve(placed.size());
+    cells_.reserve(placed.size());
+    for (const auto& entry : placed) {
+        Range& r = cells_[entry.first];
+        if (r.count == 0) r.first = static_cast<int>(ids_.size());
+        ++r.count;
+        ids_.push_back(entry.second);
+    }
+}
 
 bool PointGrid::cellOf(const CZorPoint3d& p, Cell& c) const {
     if (!(size_ > 0.0)) return false;
@@ -76,42 +114,34 @@ bool PointGrid::cellOf(const CZorPoint3d& p, Cell& c) const {
     return true;
 }
 
-void PointGrid::insert(const CZorPoint3d& p, int id) {
-    Cell c;
-    if (cellOf(p, c)) {
-        cells_[c].push_back(id);
-    } else {
-        shared_.push_back(id);
-    }
-}
-
-void PointGrid::erase(const CZorPoint3d& p, int id) {
-    Cell c;
-    std::vector<int>* bucket = &shared_;
-    if (cellOf(p, c)) {
-        const auto it = cells_.find(c);
-        if (it == cells_.end()) return;
-        bucket = &it->second;
-    }
-    const auto at = std::find(bucket->begin(), bucket->end(), id);
-    if (at == bucket->end()) return;
-    *at = bucket->back();
-    bucket->pop_back();
-}
-
 void PointGrid::near(const CZorPoint3d& p, std::vector<int>& out) const {
     out = shared_;
     Cell c;
     if (!cellOf(p, c)) {
         // The point itself has no cell: anything may be within tolerance of it.
-        for (const auto& entry : cells_)
-            out.insert(out.end(), entry.second.begin(), entry.second.end());
+        out.insert(out.end(), ids_.begin(), ids_.end());
         return;
     }
-    for (std::int64_t dx = -1; dx <= 1; ++dx) {
-        for (std::int64_t dy = -1; dy <= 1; ++dy) {
+    // The neighbours on the nearer side; near the middle of a cell, where rounding could tip
+    // the choice, both.
+    auto sides = [this](double v, std::int64_t cell, std::int64_t(&offsets)[3]) {
+        const double f = v / size_ - static_cast<double>(cell);
+        int k = 0;
+        offsets[k++] = 0;
+        if (f <= 0.5 + 1e-6) offsets[k++] = -1;
+        if (f >= 0.5 - 1e-6) offsets[k++] = 1;
+        return k;
+    };
+    std::int64_t xs[3], ys[3];
+    const int nx = sides(p.x, c.x, xs);
+    const int ny = sides(p.y, c.y, ys);
+    for (int ix = 0; ix < nx; ++ix) {
+        for (int iy = 0; iy < ny; ++iy) {
+            const std::int64_t dx = xs[ix], dy = ys[iy];
             const auto it = cells_.find(Cell{c.x + dx, c.y + dy});
-            if (it != cells_.end()) out.insert(out.end(), it->second.begin(), it->second.end());
+            if (it == cells_.end()) continue;
+            const auto first = ids_.begin() + it->second.first;
+            out.insert(out.end(), first, first + it->second.count);
         }
     }
 }
@@ -119,27 +149,32 @@ void PointGrid::near(const CZorPoint3d& p, std::vector<int>& out) const {
 void sortChains(CZorVertexArray& vl) {
     const int n = vl.len();
     if (n < 2) return;
-    // The starts of the positions not yet settled; position i leaves the grid when the walk
-    // settles it, so every id found lies behind the current position, as the plain search's.
-    PointGrid starts;
-    for (int k = 1; k < n; ++k) starts.insert(vl[k].start, k);
+    // Starts never move while the walk runs (only ends are snapped), so one grid over them,
+    // keyed by the segment's first position, serves throughout; `pos` follows the swaps. Only
+    // positions behind the current one count, as in the plain search.
+    std::vector<CZorPoint3d> starts(n);
+    for (int k = 0; k < n; ++k) starts[k] = vl[k].start;
+    const PointGrid grid(starts);
+    std::vector<int> pos(n), segmentAt(n);
+    for (int k = 0; k < n; ++k) pos[k] = segmentAt[k] = k;
     std::vector<int> near;
     CZorPoint3d p0 = vl[0].start;
     for (int i = 1; i < n; ++i) {
-        starts.erase(vl[i].start, i);
         if (vl[i - 1].end == vl[i].start) {
             vl[i - 1].end = vl[i].start;
         } else {
-            starts.near(vl[i - 1].end, near);
+            grid.near(vl[i - 1].end, near);
             int best = -1;
-            for (const int k : near) {
-                if ((best < 0 || k < best) && vl[k].start == vl[i - 1].end) best = k;
+            for (const int segment : near) {
+                const int k = pos[segment];
+                if (k > i && (best < 0 || k < best) && vl[k].start == vl[i - 1].end) best = k;
             }
             if (best > 0) {
                 vl[i - 1].end = vl[best].start;
-                starts.erase(vl[best].start, best);
                 std::swap(vl[best], vl[i]);
-                starts.insert(vl[best].start, best);
+                std::swap(segmentAt[best], segmentAt[i]);
+                pos[segmentAt[best]] = best;
+                pos[segmentAt[i]] = i;
             }
         }
         if (vl[i].end == p0) p0 = vl[(i + 1) % n].start;

@@ -41,28 +41,38 @@ std::vector<const CZorVertexArray*> loopPointers(const CZorArrayTempl<VL>& vll) 
 // g_vll_pt_inside for many points against one region. The region must outlive the tester and
 // stay unchanged; queries may run at the tolerance of construction or a smaller one (the boxes
 // stay conservative as the tolerance falls).
+//
+// The plain test asks each loop "strictly inside?" and, when not, "inside or on?", two rays.
+// A point on the outline answers the first with false and the second with true, and only such a
+// point changes the answer, so the second question is put as "does a segment hold the point?",
+// the very check with which the ray test stops, asked of the segments whose boxes hold it.
 class RegionPointTester {
   public:
     explicit RegionPointTester(std::vector<const CZorVertexArray*> region);
     int classify(const CZorPoint3d& p) const;
 
   private:
-    std::vector<const CZorVertexArray*> loops_;
-    std::unique_ptr<PointInsideTester> outer_;
-    std::vector<std::unique_ptr<PointInsideTester>> holes_;
+    struct Loop {
+        const CZorVertexArray* vl;
+        PointInsideTester inside;
+        SegmentIndex segments;
+        explicit Loop(const CZorVertexArray* v) : vl(v), inside(*v), segments(*v) {}
+        bool onOutline(CZorPoint3d p, std::vector<int>& scratch) const;
+    };
+
+    std::vector<std::unique_ptr<Loop>> loops_;
     std::unique_ptr<LoopBoxes> holeBoxes_;
 };
 
-// A hash grid of points in cells of the point tolerance: the points within tolerance of a query
-// point lie in its cell or a neighbouring one. Coordinates too large for integer cells, or a
-// tolerance too small for them, put every point into one shared bucket, which the callers'
-// exact comparisons then search in full.
+// A hash grid of points in cells twice the point tolerance current at construction: the points
+// within tolerance of a query point lie in its cell or a neighbouring one, also when the
+// tolerance has fallen since. Coordinates too large for integer cells, or a tolerance too small
+// for them, put a point into one shared bucket, which every query returns and the callers' exact
+// comparisons then search in full.
 class PointGrid {
   public:
-    PointGrid();
-    void insert(const CZorPoint3d& p, int id);
-    void erase(const CZorPoint3d& p, int id);
-    // The ids stored near `p`, in no particular order.
+    explicit PointGrid(const std::vector<CZorPoint3d>& points);
+    // The indices into `points` stored near `p`, in no particular order; `out` is replaced.
     void near(const CZorPoint3d& p, std::vector<int>& out) const;
 
   private:
@@ -73,10 +83,14 @@ class PointGrid {
     struct CellHash {
         std::size_t operator()(const Cell& c) const;
     };
+    struct Range {
+        int first = 0, count = 0;
+    };
     bool cellOf(const CZorPoint3d& p, Cell& c) const;
 
     double size_;
-    std::unordered_map<Cell, std::vector<int>, CellHash> cells_;
+    std::vector<int> ids_;  // grouped by cell
+    std::unordered_map<Cell, Range, CellHash> cells_;
     std::vector<int> shared_;
 };
 

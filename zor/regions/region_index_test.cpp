@@ -10,6 +10,7 @@
 
 #include "zor/polyline/point_inside.h"
 #include "zor/polyline/split_break.h"
+#include "zor/regions/loop_breaking.h"
 #include "zor/regions/loops.h"
 #include "zor/regions/region_building.h"
 #include "zor/regions/test_shapes.h"
@@ -139,15 +140,11 @@ TEST(RegionIndex, PointGridFindsEveryPointWithinTolerance) {
     std::mt19937 rng(8);
     std::uniform_real_distribution<double> coord(-1.0, 1.0);
     std::uniform_real_distribution<double> off(-1e-5, 1e-5);
-    ZOR::detail::PointGrid grid;
     std::vector<CZorPoint3d> pts;
-    for (int i = 0; i < 2000; ++i) {
-        pts.emplace_back(coord(rng) * 1e-3, coord(rng) * 1e-3, 0.0);
-        grid.insert(pts.back(), i);
-    }
+    for (int i = 0; i < 2000; ++i) pts.emplace_back(coord(rng) * 1e-3, coord(rng) * 1e-3, 0.0);
     // Coordinates beyond integer cells go to the shared bucket and are still found.
     pts.emplace_back(1e300, 0.0, 0.0);
-    grid.insert(pts.back(), 2000);
+    const ZOR::detail::PointGrid grid(pts);
     std::vector<int> near;
     for (int q = 0; q < 500; ++q) {
         const CZorPoint3d& base = pts[q % pts.size()];
@@ -161,9 +158,41 @@ TEST(RegionIndex, PointGridFindsEveryPointWithinTolerance) {
     }
     grid.near(pts.back(), near);
     EXPECT_NE(std::find(near.begin(), near.end(), 2000), near.end());
-    grid.erase(pts[0], 0);
-    grid.near(pts[0], near);
-    EXPECT_EQ(std::find(near.begin(), near.end(), 0), near.end());
+}
+
+}  // namespace
+
+namespace {
+
+bool sameExactly(const CZorVertexArray& a, const CZorVertexArray& b) {
+    if (a.len() != b.len()) return false;
+    for (int i = 0; i < a.len(); ++i) {
+        const CZorVertex &s = a[i], &t = b[i];
+        if (s.start.x != t.start.x || s.start.y != t.start.y || s.end.x != t.end.x ||
+            s.end.y != t.end.y || s.bulge != t.bulge || s.tag != t.tag) {
+            return false;
+        }
+    }
+    return true;
+}
+
+TEST(RegionIndex, BreakingEqualsThePlainWalk) {
+    std::mt19937 rng(21);
+    for (int round = 0; round < 150; ++round) {
+        const CZorArrayTempl<CZorVertexArray> loops = randomLoops(rng, 2);
+        CZorVertexArray a = loops[0];
+        CZorVertexArray b = loops[1];
+        if (round % 3 == 0) {
+            // Toothed outlines meeting at nearly every segment, and some shared stretches.
+            a = gear(0, 0, 40 + round, 50, 0.0);
+            b = gear(0, 0, 40 + round, 50, round % 2 ? M_PI / (20 + round / 2) : 0.0);
+        }
+        CZorVertexArray pa = a, pb = b;
+        ZOR::g_vl_break(pa, pb, 3);
+        ZOR::detail::breakBoth(a, b);
+        ASSERT_TRUE(sameExactly(a, pa)) << "round " << round;
+        ASSERT_TRUE(sameExactly(b, pb)) << "round " << round;
+    }
 }
 
 }  // namespace

@@ -46,12 +46,13 @@ inline Region region(const Loop& outer, const Loop& hole) {
 }
 
 // A closed outline of `n` segments round (cx, cy), lines and arcs alternating: each tooth of
-// angular pitch 2 pi / (n / 2) has an arc on the outer radius and a line back to the inner one.
-// `turn` turns the whole outline.
-inline Loop gear(double cx, double cy, int n, double rOuter, double rInner, double turn) {
+// angular pitch 2 pi / (n / 2) rises by an arc from the root circle to the tip circle and falls
+// back by a line. The teeth are about as deep as they are wide. `turn` turns the whole outline.
+inline Loop gear(double cx, double cy, int n, double rOuter, double turn) {
     Loop l;
     const int teeth = n / 2;
     const double pitch = 2.0 * M_PI / teeth;
+    const double rInner = rOuter * (1.0 - 0.5 * pitch);
     for (int k = 0; k < teeth; ++k) {
         const double a0 = turn + k * pitch;
         const double a1 = a0 + 0.5 * pitch;

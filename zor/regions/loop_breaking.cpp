@@ -1,0 +1,83 @@
+#include "zor/regions/loop_breaking.h"
+
+#include <vector>
+
+#include "zor/geometry/point3d_array.h"
+#include "zor/polyline/segment_index.h"
+
+namespace ZOR::detail {
+
+namespace {
+
+using Pieces = std::vector<std::vector<CZorVertex>>;
+
+Pieces piecesOf(const CZorVertexArray& vl) {
+    Pieces out(vl.len());
+    for (int i = 0; i < vl.len(); ++i) out[i].push_back(vl[i]);
+    return out;
+}
+
+// Splits list[at] at `p` as CZorVertexArray::breakVertex does. False when nothing was split.
+bool splitPiece(std::vector<CZorVertex>& list, std::size_t at, const CZorPoint3d& p) {
+    CZorVertexArray one(list[at]);
+    one.breakVertex(0, p);
+    if (one.len() != 2) return false;
+    list[at] = one[0];
+    list.insert(list.begin() + static_cast<long>(at) + 1, one[1]);
+    return true;
+}
+
+// One pair of the walk, piece `ai` of `aList` against piece `bj` of `bList`, in the order of the
+// breaking rules: a at crossings inside it, a at b's start, b at crossings inside it, b at a's
+// start. True when something was split, and the same pair runs again.
+bool breakPair(std::vector<CZorVertex>& aList, std::size_t ai, std::vector<CZorVertex>& bList,
+               std::size_t bj, double margin, CZorPoint3dArray& hits) {
+    const CZorVertex v = aList[ai];
+    const CZorVertex& w = bList[bj];
+    // Every rule needs the two pieces within tolerance of each other somewhere.
+    if (!segmentBox(v, margin).overlaps(segmentBox(w, margin))) return false;
+    if (v.intersectWith(hits, w, 0x002)) return splitPiece(aList, ai, hits[0]);
+    CZorPoint3d q = w.start;
+    if (v.isPoint(q) && q != v.start && q != v.end) return splitPiece(aList, ai, q);
+    if (v.intersectWith(hits, w, 0x004)) return splitPiece(bList, bj, hits[0]);
+    q = v.start;
+    if (w.isPoint(q) && q != w.start && q != w.end) return splitPiece(bList, bj, q);
+    return false;
+}
+
+void flatten(const Pieces& pieces, CZorVertexArray& vl) {
+    CZorVertexArray out;
+    out.setNormal(vl.normal());
+    for (const auto& list : pieces) {
+        for (const CZorVertex& s : list) out.append(s);
+    }
+    vl = out;
+}
+
+}  // namespace
+
+void breakBoth(CZorVertexArray& a, CZorVertexArray& b) {
+    if (a.len() == 0 || b.len() == 0) return;
+    const SegmentIndex index(b);
+    const double margin = boxMargin();
+    Pieces aPieces = piecesOf(a);
+    Pieces bPieces = piecesOf(b);
+    std::vector<int> candidates;
+    CZorPoint3dArray hits;
+    for (auto& aList : aPieces) {
+        for (std::size_t t = 0; t < aList.size(); ++t) {
+            index.query(segmentBox(aList[t], margin), candidates);
+            for (const int original : candidates) {
+                std::vector<CZorVertex>& bList = bPieces[original];
+                std::size_t j = 0;
+                while (j < bList.size()) {
+                    if (!breakPair(aList, t, bList, j, margin, hits)) ++j;
+                }
+            }
+        }
+    }
+    flatten(aPieces, a);
+    flatten(bPieces, b);
+}
+
+}  // namespace ZOR::detail
