@@ -1,0 +1,100 @@
+// The set identities of the region booleans on many random overlapping regions:
+//   area(A u B) = area(A) + area(B) - area(A n B),   area(A - B) = area(A) - area(A n B),
+// with every result loop closed and counter-clockwise and every hole inside its outer loop.
+//
+// The areas come from the library's cross-section values, which replace arcs by chords within an
+// absolute deviation of 0.01; the outlines are large (about 1e5 across) so that the chords of arc
+// pieces and of whole arcs differ by far less than the relative tolerance of 1e-6.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "zor/polyline/orientation.h"
+#include "zor/polyline/point_inside.h"
+#include "zor/regions/region_boolean.h"
+#include "zor/regions/test_shapes.h"
+
+namespace {
+
+using namespace zor_test;
+
+constexpr double kScale = 1e5;
+
+// A convex polygon round (cx, cy) with 3 to 8 corners on a circle of radius r, each side bent
+// outwards into an arc with probability `arcs`. The angular gaps stay below 120 degrees, so the
+// circle of radius r / 2 lies inside, and outward arcs keep the outline simple.
+Loop randomOutline(std::mt19937& rng, double cx, double cy, double r, double arcs) {
+    std::uniform_int_distribution<int> corners(3, 8);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    const int n = corners(rng);
+    const double step = 2.0 * M_PI / n;
+    const double start = unit(rng) * 2.0 * M_PI;
+    std::vector<CZorPoint3d> p;
+    for (int k = 0; k < n; ++k) {
+        const double a = start + step * (k + 0.3 * (unit(rng) - 0.5));
+        p.emplace_back(cx + r * std::cos(a), cy + r * std::sin(a), 0.0);
+    }
+    Loop l;
+    for (int k = 0; k < n; ++k) {
+        const double bulge = unit(rng) < arcs ? 0.05 + 0.25 * unit(rng) : 0.0;
+        l.append(CZorVertex(p[k], p[(k + 1) % n], bulge));
+    }
+    return l;
+}
+
+Region randomRegion(std::mt19937& rng, double cx, double cy) {
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    const double r = kScale * (0.3 + 0.4 * unit(rng));
+    Region out = region(randomOutline(rng, cx, cy, r, unit(rng)));
+    if (unit(rng) < 0.5) {
+        // A hole well inside: within a third of the radius round a point near the centre.
+        const double hx = cx + 0.1 * r * (unit(rng) - 0.5);
+        const double hy = cy + 0.1 * r * (unit(rng) - 0.5);
+        out.append(randomOutline(rng, hx, hy, r * (0.15 + 0.15 * unit(rng)), unit(rng)));
+    }
+    return out;
+}
+
+void expectAtRest(const Regions& rs, int round) {
+    for (int i = 0; i < static_cast<int>(rs.len()); ++i) {
+        const Region& r = rs[i];
+        for (int k = 0; k < static_cast<int>(r.len()); ++k) {
+            ASSERT_TRUE(r[k].isClosed()) << "round " << round;
+            ASSERT_TRUE(ZOR::g_vl_orient(r[k], CZorVector3d::kZAxis)) << "round " << round;
+            if (k > 0) {
+                ASSERT_TRUE(ZOR::g_vl_pt_inside(r[0], r[k][0].mid(), false)) << "round " << round;
+            }
+        }
+    }
+}
+
+TEST(RegionProperty, SetIdentitiesOnRandomOverlappingRegions) {
+    std::mt19937 rng(2024);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    int overlapping = 0;
+    for (int round = 0; round < 120; ++round) {
+        const Region a = randomRegion(rng, 0.0, 0.0);
+        const double dir = unit(rng) * 2.0 * M_PI;
+        const double dist = kScale * 0.6 * unit(rng);
+        const Region b = randomRegion(rng, dist * std::cos(dir), dist * std::sin(dir));
+
+        Regions uni, sect, diff;
+        const bool u = ZOR::g_region_union(a, b, uni);
+        ZOR::g_region_sect(a, b, sect);
+        ZOR::g_region_diff(a, b, diff);
+        ASSERT_TRUE(u) << "round " << round;
+        expectAtRest(uni, round);
+        expectAtRest(sect, round);
+        expectAtRest(diff, round);
+
+        const double areaA = area(a), areaB = area(b), areaSect = area(sect);
+        if (areaSect > 0.0) ++overlapping;
+        EXPECT_NEAR(area(uni), areaA + areaB - areaSect, 1e-6 * (areaA + areaB)) << round;
+        EXPECT_NEAR(area(diff), areaA - areaSect, 1e-6 * areaA) << round;
+    }
+    // The test means something only when most pairs really overlap.
+    EXPECT_GT(overlapping, 100);
+}
+
+}  // namespace
