@@ -30,7 +30,9 @@ TEST(NumberTextTest, NonFiniteValuesWriteNanInEveryForm) {
     const double inf = std::numeric_limits<double>::infinity();
     for (const int format : {0, 1, 2, 3, 4, 5, 6, -1}) {
         for (const double value : {std::nan(""), -std::nan(""), inf, -inf}) {
-            EXPECT_EQ(rtos(value, static_cast<Zor::lFormat>(format), 2), L"NAN");
+            const std::wstring text = rtos(value, static_cast<Zor::lFormat>(format), 2);
+            EXPECT_EQ(text, L"NAN");
+            EXPECT_TRUE(std::isnan(zorAtoF(text.c_str())));
         }
     }
     EXPECT_FALSE(zorRtoS(nullptr, 1.0, lDecimal, 2, false));
@@ -111,6 +113,7 @@ TEST(NumberTextTest, FeetFormsFallBackToScientificBeyond32Bits) {
     for (const auto format : {lEngineering, lArchitectural, lFractional}) {
         EXPECT_EQ(rtos(-3e9, format, 2), L"-3.00000000E+009");
         EXPECT_EQ(rtos(2147483648.0, format, 2), L"2.14748365E+009");
+        EXPECT_EQ(rtos(-std::numeric_limits<double>::max(), format, 9), L"-1.79769313E+308");
     }
     // The largest whole value still counts in feet, even when its fraction carries past it.
     EXPECT_EQ(rtos(2147483647.0, lFractional, 3), L"2147483647");
