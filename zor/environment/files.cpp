@@ -178,7 +178,7 @@ CZorString stripPath(const wchar_t* path) {
 }
 
 const wchar_t* dos_name(CZorString& path) {
-    path.replace(L'\\', L'/');
+    path.replace(L'/', L'\\');
     path.expandEnvironmentStrings();
     return path;
 }

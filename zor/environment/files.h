@@ -4,7 +4,8 @@
 //
 // Paths given to these functions may use `/` or `\` as the separator, and may start with a drive
 // ("c:"), which the splitting functions keep as text and the file system calls ignore. Paths that
-// these functions build use the native `/`.
+// these functions build use the native `/`; dos_name alone gives the backslash form it is named
+// for.
 #pragma once
 
 #include <string>
@@ -34,8 +35,9 @@ CZorString fileType(const wchar_t* path);
 // Name and extension; null for a null path.
 CZorString stripPath(const wchar_t* path);
 
-// Normalises `path` in place (every `\` becomes `/`, environment references are expanded) and
-// returns its text.
+// Turns `path` in place into the backslash form of the product's path texts: every `/` becomes
+// `\`, environment references are expanded, and the text is returned ("a/b" gives "a\b"). The
+// file functions here take that form as it is.
 const wchar_t* dos_name(CZorString& path);
 // Whether the path exists, after dos_name on a copy.
 bool fileExist(const wchar_t* path);

@@ -45,11 +45,14 @@ TEST(PathSplitting, PartsOfAPath) {
     EXPECT_TRUE(stripPath(nullptr).isNull());
 }
 
-TEST(PathSplitting, DosNameNormalisesToNativeAndExpands) {
+TEST(PathSplitting, DosNameGivesBackslashesThenExpands) {
+    CZorString plain(L"a/b");
+    EXPECT_STREQ(dos_name(plain), L"a\\b");
+    // Expansion comes second, so the value keeps its own separators.
     ScopedEnv var("ZOR_TEST_DIR", "/data");
-    CZorString path(L"%ZOR_TEST_DIR%\\a/b\\c");
-    EXPECT_STREQ(dos_name(path), L"/data/a/b/c");
-    EXPECT_STREQ(path, L"/data/a/b/c");
+    CZorString path(L"%ZOR_TEST_DIR%/a/b\\c");
+    EXPECT_STREQ(dos_name(path), L"/data\\a\\b\\c");
+    EXPECT_STREQ(path, L"/data\\a\\b\\c");
 }
 
 TEST(PathSplitting, ReleaseStampedNames) {
