@@ -73,17 +73,20 @@ std::wstring wideBlock(const std::string& bytes) {
     return block;
 }
 
+// The file of a loaded module, or empty when it can't be told or is too long for the interface.
 std::string moduleFile(HINSTANCE module) {
+    std::string file;
     if (module == nullptr) {
         char path[kPathUnits * 4];
         const ssize_t n = ::readlink("/proc/self/exe", path, sizeof path - 1);
         if (n <= 0) return {};
-        path[n] = 0;
-        return ZOR::detail::fromUtf8(path).size() < kPathUnits ? path : std::string();
+        file.assign(path, static_cast<std::size_t>(n));
+    } else {
+        Dl_info info{};
+        if (::dladdr(module, &info) == 0 || info.dli_fname == nullptr) return {};
+        file = info.dli_fname;
     }
-    Dl_info info{};
-    if (::dladdr(module, &info) == 0 || info.dli_fname == nullptr) return {};
-    return info.dli_fname;
+    return ZOR::detail::fromUtf8(file).size() < kPathUnits ? file : std::string();
 }
 
 // The module-wide text of GetProductVersion.
