@@ -190,6 +190,7 @@ TEST_F(FileDirTest, NothingFoundLeavesTheList) {
     EXPECT_FALSE(fileDir(names, wide(dir_.path() + "/*.none").c_str(), 0));
     EXPECT_FALSE(fileDir(names, wide(dir_.path() + "/missing/*.*").c_str(), 0));
     EXPECT_FALSE(fileDir(names, wide(dir_.path() + "/sub/").c_str(), 0));  // empty folder
+    EXPECT_FALSE(fileDir(names, L"", 0));
     ASSERT_EQ(names.len(), 1u);
     EXPECT_STREQ(names[0], L"keep");
 }

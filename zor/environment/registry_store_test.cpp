@@ -135,6 +135,9 @@ TEST_F(RegistryStoreTest, BadInputIsRefused) {
         regSetValue(key, L"big", REG_BINARY, huge.data(), static_cast<unsigned long>(huge.size())),
         ERROR_INVALID_PARAMETER);
     EXPECT_EQ(regQueryValue(key, L"big", nullptr, nullptr, nullptr), ERROR_FILE_NOT_FOUND);
+    const std::wstring longName(16384, L'n');
+    EXPECT_EQ(regSetValue(key, longName.c_str(), REG_BINARY, huge.data(), 4),
+              ERROR_INVALID_PARAMETER);
     EXPECT_EQ(regSetValue(key, L"null", REG_BINARY, nullptr, 4), ERROR_INVALID_PARAMETER);
     EXPECT_EQ(regSetValue(key, L"empty", REG_BINARY, nullptr, 0), ERROR_SUCCESS);
     EXPECT_EQ(regQueryValue(HKEY_CURRENT_USER, L"empty", nullptr, nullptr, nullptr),

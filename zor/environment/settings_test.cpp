@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <string>
 
 #include "zor/environment/path_unexpand.h"
@@ -143,6 +145,23 @@ TEST_F(SettingsTest, MissingMachineHiveFallsThroughToFalse) {
     EXPECT_TRUE(regWrite(L"Draw", L"other", 1ul));
     EXPECT_FALSE(regRead(L"Draw", L"nothing", number));
     EXPECT_EQ(number, 42u);
+}
+
+TEST_F(SettingsTest, DamagedUserHiveIsLeftAloneAndReadsFallBack) {
+    writeMachine(L"Soft\\Zor\\Draw\\7.1", L"n", 10ul);
+    const std::string garbage = "this is not a settings database, and must stay as it is";
+    {
+        std::ofstream out(detail::hiveFile(HKEY_CURRENT_USER), std::ios::binary);
+        out << garbage;
+    }
+    unsigned long number = 0;
+    EXPECT_TRUE(regRead(L"Draw", L"n", number));
+    EXPECT_EQ(number, 10u);
+    EXPECT_FALSE(regWrite(L"Draw", L"n", 20ul));
+    EXPECT_FALSE(regInit(L"Draw"));
+    std::ifstream in(detail::hiveFile(HKEY_CURRENT_USER), std::ios::binary);
+    const std::string kept((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    EXPECT_EQ(kept, garbage);
 }
 
 TEST_F(SettingsTest, NullTextAndEmptyListDelete) {
