@@ -131,12 +131,11 @@ class CZorArrayTempl : public CZorObj {
     // A reversed copy.
     CZorArrayTempl reverse() const;
 
-    // Ascending by `T::operator>`, stable: an element moves behind another only when it is `>`
-    // that one. Elements that compare false both ways with everything (NaN) keep their slots,
-    // and nothing crosses them. A type without an order (vectors) stays as it is.
+    // Ascending by `T::operator>`, with the result of exchanging adjacent elements until none is
+    // `>` its successor: stable, and a NaN keeps its slot with nothing crossing it. A type
+    // without an order (vectors) stays as it is.
     CZorArrayTempl& sort();
-    // The same order with `cmp(&x, &y) > 0` for "x belongs behind y", as for qsort; `cmp` must
-    // be a consistent order.
+    // The same with `cmp(&x, &y) > 0` for "x belongs behind y", as for qsort.
     CZorArrayTempl& sort(int (*cmp)(const void*, const void*));
 
     // At most `count` elements from `start`; empty when `start` is at or past the end.
@@ -174,9 +173,20 @@ class CZorArrayTempl : public CZorObj {
     // Moves slot `to`'s bytes to `from` and shifts the slots between by one, all bytewise; the
     // element at `from` ends up at `to`.
     void rotateSlot(std::uint32_t from, std::uint32_t to);
-    // Reorders the elements by a stable sort where `behind(x, y)` says x belongs after y.
+    // Reorders the elements as exchanging adjacent pairs where `behind(x, y)` ("x belongs after
+    // y") holds would, until there is none. `builtInOrder` says that `behind` is `>`.
     template <class Behind>
-    void stableSort(Behind behind);
+    void orderBy(Behind behind, bool builtInOrder);
+    // The exchanges themselves, for input on which no faster sort is known to agree.
+    template <class Behind>
+    void exchangeSort(Behind behind);
+    // Stable sort of the slots [first, last); the same result as the exchanges when `behind` is
+    // a strict weak order on them.
+    template <class Behind>
+    void stableSortSlots(std::uint32_t first, std::uint32_t last, Behind behind);
+    // True when an element is not `==` to a copy of itself (a NaN, a point with a NaN
+    // coordinate): such an element can be unordered against some elements and not others.
+    bool holdsSelfUnequal() const;
     bool inBlock(const T* p) const;
     static T* newBlock(std::uint32_t n);
     static void deleteBlock(T* block);
@@ -396,7 +406,7 @@ CZorArrayTempl<T> CZorArrayTempl<T>::reverse() const {
 template <class T>
 CZorArrayTempl<T>& CZorArrayTempl<T>::sort() {
     if constexpr (requires(const T& x, const T& y) { static_cast<bool>(x > y); }) {
-        stableSort([](const T& x, const T& y) { return static_cast<bool>(x > y); });
+        orderBy([](const T& x, const T& y) { return static_cast<bool>(x > y); }, true);
     }
     return *this;
 }
@@ -404,7 +414,7 @@ CZorArrayTempl<T>& CZorArrayTempl<T>::sort() {
 template <class T>
 CZorArrayTempl<T>& CZorArrayTempl<T>::sort(int (*cmp)(const void*, const void*)) {
     if (cmp == nullptr) return *this;
-    stableSort([cmp](const T& x, const T& y) { return cmp(&x, &y) > 0; });
+    orderBy([cmp](const T& x, const T& y) { return cmp(&x, &y) > 0; }, false);
     return *this;
 }
 
@@ -519,33 +529,72 @@ void CZorArrayTempl<T>::rotateSlot(std::uint32_t from, std::uint32_t to) {
 
 template <class T>
 template <class Behind>
-void CZorArrayTempl<T>::stableSort(Behind behind) {
+void CZorArrayTempl<T>::orderBy(Behind behind, bool builtInOrder) {
     if (logicalLength < 2) return;
-    // Sort the slot addresses, then lay the bytes out once in the new order. A stable sort
-    // under the same "behind" test is exactly the result of exchanging adjacent pairs until
-    // none is out of order.
-    std::vector<const T*> order(logicalLength);
-    for (std::uint32_t k = 0; k < logicalLength; ++k) order[k] = data + k;
-    auto first = order.begin();
-    const auto sortRun = [&behind](auto from, auto to) {
-        std::stable_sort(from, to, [&behind](const T* x, const T* y) { return behind(*y, *x); });
-    };
     if constexpr (std::is_floating_point_v<T>) {
-        // A NaN is neither behind nor before anything, so no element ever passes it: it
-        // splits the array into runs that are ordered each on its own.
-        for (auto it = order.begin(); it != order.end(); ++it) {
-            if (**it != **it) {
-                sortRun(first, it);
-                first = it + 1;
+        if (builtInOrder) {
+            // Under `>` a NaN is neither behind nor before anything, so no element ever passes
+            // it: it splits the array into runs that are ordered each on its own.
+            std::uint32_t first = 0;
+            for (std::uint32_t k = 0; k <= logicalLength; ++k) {
+                if (k == logicalLength || data[k] != data[k]) {
+                    stableSortSlots(first, k, behind);
+                    first = k + 1;
+                }
             }
+            return;
         }
     }
-    sortRun(first, order.end());
-    std::vector<unsigned char> bytes(sizeof(T) * logicalLength);
-    for (std::uint32_t k = 0; k < logicalLength; ++k) {
+    // An element unequal to itself can break the strict weak order that makes a stable sort
+    // agree with the exchanges; such (faulty) input gets the exchanges at their quadratic cost.
+    if (holdsSelfUnequal()) {
+        exchangeSort(behind);
+    } else {
+        stableSortSlots(0, logicalLength, behind);
+    }
+}
+
+template <class T>
+template <class Behind>
+void CZorArrayTempl<T>::exchangeSort(Behind behind) {
+    for (std::uint32_t pass = 0; pass + 1 < logicalLength; ++pass) {
+        bool changed = false;
+        for (std::uint32_t j = 1; j < logicalLength - pass; ++j) {
+            if (behind(data[j - 1], data[j])) {
+                swapMem(data[j - 1], data[j]);
+                changed = true;
+            }
+        }
+        if (!changed) return;
+    }
+}
+
+template <class T>
+template <class Behind>
+void CZorArrayTempl<T>::stableSortSlots(std::uint32_t first, std::uint32_t last, Behind behind) {
+    if (last - first < 2) return;
+    // Sort the slot addresses, then lay the bytes out once in the new order.
+    std::vector<const T*> order(last - first);
+    for (std::uint32_t k = first; k < last; ++k) order[k - first] = data + k;
+    std::stable_sort(order.begin(), order.end(),
+                     [&behind](const T* x, const T* y) { return behind(*y, *x); });
+    std::vector<unsigned char> bytes(sizeof(T) * order.size());
+    for (std::size_t k = 0; k < order.size(); ++k) {
         std::memcpy(bytes.data() + sizeof(T) * k, static_cast<const void*>(order[k]), sizeof(T));
     }
-    std::memcpy(static_cast<void*>(data), bytes.data(), bytes.size());
+    std::memcpy(static_cast<void*>(data + first), bytes.data(), bytes.size());
+}
+
+template <class T>
+bool CZorArrayTempl<T>::holdsSelfUnequal() const {
+    if constexpr (requires(const T& x) { static_cast<bool>(x == x); }) {
+        for (std::uint32_t k = 0; k < logicalLength; ++k) {
+            // A copy, since an equality may answer "the same object" without looking.
+            const T copy(data[k]);
+            if (!static_cast<bool>(copy == data[k])) return true;
+        }
+    }
+    return false;
 }
 
 template <class T>

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <random>
 #include <utility>
@@ -254,35 +255,59 @@ TEST(ZorArrayTest, BytewiseRelocationKeepsHeapOwnersIntact) {
 int byLastDigit(const void* x, const void* y) {
     return *static_cast<const int*>(x) % 10 - *static_cast<const int*>(y) % 10;
 }
+// A consistent order of numbers that puts NaNs last.
+int nanLast(const void* x, const void* y) {
+    const double a = *static_cast<const double*>(x), b = *static_cast<const double*>(y);
+    if (std::isnan(a) || std::isnan(b)) return std::isnan(a) - std::isnan(b);
+    return (a > b) - (a < b);
+}
+// Bit patterns, so that NaNs and the sign of zero compare as well.
+std::vector<std::uint64_t> bits(const std::vector<double>& v) {
+    std::vector<std::uint64_t> out(v.size());
+    std::memcpy(out.data(), v.data(), sizeof(double) * v.size());
+    return out;
+}
+std::vector<double> tags(const std::vector<CZorPoint3d>& v) {
+    std::vector<double> out;
+    for (const CZorPoint3d& p : v) out.push_back(p.z);
+    return out;
+}
 
 TEST(ZorArrayTest, SortEqualsAdjacentExchangeOnRandomInput) {
     std::mt19937 rng(11);
     const double pool[] = {std::nan(""), -0.0, 0.0, 1.5, -2.0, 3.0};
+    const auto greater = [](auto& x, auto& y) { return x > y; };
     for (int round = 0; round < 300; ++round) {
         CZorArrayTempl<Tagged> t;
         CZorArrayTempl<double> d;
         CZorArrayTempl<int> c;
+        CZorArrayTempl<CZorPoint3d> q;  // NaN coordinates make the order partial
         std::vector<Tagged> tr;
         std::vector<double> dr;
         V cr;
+        std::vector<CZorPoint3d> qr;
         for (int k = 0, n = static_cast<int>(rng() % 40); k < n; ++k) {
             tr.push_back({static_cast<int>(rng() % 6), k});
             dr.push_back(pool[rng() % 6]);
             cr.push_back(static_cast<int>(rng() % 60));
+            qr.emplace_back(pool[rng() % 6], pool[rng() % 6], k);  // z tags the point
             t.append(tr.back());
             d.append(dr.back());
             c.append(cr.back());
+            q.append(qr.back());
         }
-        bubbleSort(tr, [](auto& x, auto& y) { return x > y; });
-        bubbleSort(dr, [](auto& x, auto& y) { return x > y; });
+        CZorArrayTempl<double> e = d;
+        std::vector<double> er = dr;
+        bubbleSort(tr, greater);
+        bubbleSort(dr, greater);
+        bubbleSort(qr, greater);
         bubbleSort(cr, [](auto& x, auto& y) { return byLastDigit(&x, &y) > 0; });
+        bubbleSort(er, [](auto& x, auto& y) { return nanLast(&x, &y) > 0; });
         ASSERT_EQ(items(t.sort()), tr);
         ASSERT_EQ(items(c.sort(byLastDigit)), cr);
-        d.sort();
-        for (std::size_t k = 0; k < dr.size(); ++k) {  // NaNs stay in their slots
-            ASSERT_EQ(std::signbit(d[k]), std::signbit(dr[k]));
-            ASSERT_TRUE(d[k] == dr[k] || (std::isnan(d[k]) && std::isnan(dr[k])));
-        }
+        ASSERT_EQ(tags(items(q.sort())), tags(qr));
+        ASSERT_EQ(bits(items(d.sort())), bits(dr));         // NaNs stay in their slots...
+        ASSERT_EQ(bits(items(e.sort(nanLast))), bits(er));  // ...unless the comparator moves them
     }
     CZorArrayTempl<int> c = make({3, 1, 2});
     c.sort([](const void*, const void*) { return 0; }).sort(nullptr);
