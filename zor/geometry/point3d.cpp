@@ -136,7 +136,9 @@ double angle(const CZorPoint3d& a, const CZorPoint3d& b) {
 }
 
 CZorPoint3d polar(const CZorPoint3d& p, double ang, double len) {
-    return p + polar(ang, len);
+    // Only x and y move: adding the offset's zero z would turn a -0.0 height into +0.0.
+    const CZorVector3d d = polar(ang, len);
+    return CZorPoint3d(p.x + d.x, p.y + d.y, p.z);
 }
 
 double round(double v, double grid) {
