@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 #include "zor/geometry/plane.h"
@@ -260,7 +261,8 @@ void CZorMatrix3d::swapCol(int a, int b) {
 namespace ZOR {
 
 void g_mtx_copy(double dst[4][4], const double src[4][4]) {
-    std::copy(&src[0][0], &src[0][0] + 16, &dst[0][0]);
+    // memmove, not a copy loop: `dst` may be `src` itself, as in a self-assignment.
+    std::memmove(dst, src, sizeof(double[4][4]));
 }
 
 bool mtxIsMir(const double m[4][4]) {
