@@ -10,7 +10,8 @@
 #include "zor/geometry/nan.h"
 #include "zor/geometry/vector3d.h"
 
-// Laid out like CZorVector3d and marked may_alias like it: `asVector` views this very object.
+// Laid out like CZorVector3d. Marked may_alias because it is the type of the `asPoint` view of a
+// vector; see CZorVector3d for why.
 class [[gnu::may_alias]] CZorPoint3d : public CZorObj {
   public:
     double x = 0.0;

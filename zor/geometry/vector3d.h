@@ -2,8 +2,12 @@
 //
 // Vectors compare per coordinate within the process-wide `CZorVector3d::tol` (1e-7), with no
 // distance test. The layout (x, y, z after the object root) is the same as that of CZorPoint3d,
-// and `asPoint` views this very object as a point. Both classes are marked may_alias so that the
-// optimiser does not assume a write through one view leaves the other unchanged.
+// and `asPoint` views this very object as a point, as `asVector` views a point as a vector.
+//
+// An access through a view reaches an object of the other class, which type-based alias
+// analysis takes for unrelated memory: a point held in a segment would be assumed unchanged by
+// a write through its vector view. Accesses through a may_alias type are exempt, and it is the
+// type of the view that has to carry the mark, so both classes do, each being the other's view.
 #pragma once
 
 #include "zor/foundation/object.h"
