@@ -61,7 +61,7 @@ bool CZorPlane::intersectWith(const CZorPoint3d& p, const CZorVector3d& v, CZorP
     const CZorVector3d d = v.normal();
     const double x = ZOR::sprod(normal_, d);
     out = p;
-    // Written as a negated comparison so that a NaN direction also counts as parallel.
+    // Negated, so that a plane with a NaN normal finds nothing instead of a NaN point.
     if (!(std::fabs(x) >= kParallelLimit)) return false;
     const double t = (ZOR::sprod(normal_, position_) - ZOR::sprod(normal_, p)) / x;
     out = p + d * t;

@@ -39,8 +39,9 @@ class CZorPlane : public CZorObj {
     CZorPlane& transformBy(const double m[4][4]);
     CZorPlane getTransformedCopy(const double m[4][4]) const;
 
-    // Line through `p` along `v`. `out` receives `p` before any test; a line within 0.001 of
-    // parallel to the plane (sine of the angle) gives false.
+    // Line through `p` along `v`. `out` receives `p` before any test. The line counts as
+    // parallel, and the result is false, when the normal's component along the line's unit
+    // direction is below 0.001: the sine of the angle for a unit normal, less for a longer one.
     bool intersectWith(const CZorPoint3d& p, const CZorVector3d& v, CZorPoint3d& out) const;
     // Segment from `a` to `b`: the line form, true only when the point lies on the segment.
     // `out` is written even when the result is false.

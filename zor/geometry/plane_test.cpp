@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include "zor/geometry/matrix3d.h"
 
@@ -71,6 +72,10 @@ TEST_F(PlaneTest, LineAndSegmentIntersection) {
     EXPECT_THAT(Xyz(out), ElementsAre(3, 4, 5));
     EXPECT_TRUE(xy.intersectWith(P(3, 4, 5), V(std::cos(0.0011), 0, std::sin(0.0011)), out));
     EXPECT_FALSE(xy.intersectWith(P(3, 4, 5), V(0, 0, 0), out));
+    // A NaN normal finds nothing rather than a NaN point.
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_FALSE(CZorPlane(P(), V(nan, 0, 1)).intersectWith(P(1, 2, 3), V(0, 0, 1), out));
+    EXPECT_THAT(Xyz(out), ElementsAre(1, 2, 3));
 
     // Segment ends count, within the tolerance; one that stops short finds nothing, though
     // `out` holds the line's crossing.
@@ -89,9 +94,13 @@ TEST_F(PlaneTest, TwoPlanes) {
     EXPECT_THAT(Xyz(p), ElementsAre(9, 9, 9));
     EXPECT_THAT(Xyz(v), ElementsAre(7, 7, 7));
 
-    ASSERT_TRUE(xy.intersectWith(CZorPlane(P(), V(0, 1, 0)), p, v));
-    EXPECT_TRUE(v == V(1, 0, 0) || v == V(-1, 0, 0));
+    // The direction is this normal crossed with the other's: the order of the planes turns it.
+    const CZorPlane xz(P(), V(0, 1, 0));
+    ASSERT_TRUE(xy.intersectWith(xz, p, v));
+    EXPECT_THAT(Xyz(v), ElementsAre(-1, 0, 0));
     EXPECT_NEAR(std::fabs(p.y) + std::fabs(p.z), 0, 1e-12);
+    ASSERT_TRUE(xz.intersectWith(xy, p, v));
+    EXPECT_THAT(Xyz(v), ElementsAre(1, 0, 0));
 
     // Tilted planes: the direction is normal x q.normal, and the point lies in both.
     const CZorPlane a(P(1, 2, 3), V(1, 1, 0)), b(P(1, 2, 3), V(0, 1, 1));
