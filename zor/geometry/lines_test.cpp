@@ -19,30 +19,25 @@ class LinesTest : public ::testing::Test {
     CZorPoint3dTol restore_;  // every test leaves the point tolerance as it found it
 };
 
-TEST_F(LinesTest, CrossingTakesZFromTheFirstLine) {
+TEST_F(LinesTest, CrossingTakesZFromTheLineThatEndsUpFirst) {
     P out;
     ASSERT_TRUE(ZOR::inters(P(0, 0, 3), P(2, 2, 9), P(0, 2, 5), P(2, 0, 5), false, out));
     EXPECT_THAT(Xyz(out), ElementsAre(1, 1, 3));
+    // A vertical first line trades places: the other line gives z, whichever order.
+    const P h0(-1, 0, 2), h1(3, 0, 2), v0(1, -1, 7), v1(1, 1, 7);
+    ASSERT_TRUE(ZOR::inters(h0, h1, v0, v1, false, out));
+    EXPECT_THAT(Xyz(out), ElementsAre(1, 0, 2));
+    ASSERT_TRUE(ZOR::inters(v0, v1, h0, h1, false, out));
+    EXPECT_THAT(Xyz(out), ElementsAre(1, 0, 2));
     // Bounded, the crossing must lie on both segments in space, so heights matter.
-    EXPECT_FALSE(ZOR::inters(P(0, 0, 3), P(2, 2, 3), P(0, 2, 5), P(2, 0, 5), true, out));
-    EXPECT_TRUE(ZOR::inters(P(0, 0, 5), P(2, 2, 5), P(0, 2, 5), P(2, 0, 5), true, out));
-}
-
-TEST_F(LinesTest, VerticalFirstLineTradesPlaces) {
-    const P h0(-1, 0, 2), h1(3, 0, 2);
-    P out;
-    ASSERT_TRUE(ZOR::inters(h0, h1, P(1, -1, 2), P(1, 1, 2), true, out));
-    EXPECT_THAT(Xyz(out), ElementsAre(1, 0, 2));
-    // With the vertical line first, the horizontal one becomes first and gives z.
-    ASSERT_TRUE(ZOR::inters(P(1, -1, 7), P(1, 1, 7), h0, h1, false, out));
-    EXPECT_THAT(Xyz(out), ElementsAre(1, 0, 2));
+    EXPECT_FALSE(ZOR::inters(h0, h1, v0, v1, true, out));
+    EXPECT_TRUE(ZOR::inters(h0, h1, P(1, -1, 2), P(1, 1, 2), true, out));
 }
 
 TEST_F(LinesTest, NoCrossing) {
     P out;
     EXPECT_FALSE(ZOR::inters(P(0, 0, 0), P(0, 1, 0), P(1, 0, 0), P(1, 5, 0), false, out));
     EXPECT_FALSE(ZOR::inters(P(0, 0, 0), P(1, 1, 0), P(0, 1, 0), P(2, 3, 0), false, out));
-    // The first line is a point.
     EXPECT_FALSE(ZOR::inters(P(1, 1, 0), P(1, 1, 0), P(0, 0, 0), P(2, 0, 0), false, out));
     // The boxes overlap, but the lines cross at (0.8, 0.8), past the end of c-d.
     const P a(0, 0, 0), b(1, 1, 0), c(0, 1, 0), d(0.4, 0.9, 0);
@@ -62,7 +57,7 @@ TEST_F(LinesTest, BoundedCrossingWithinToleranceOfAnEnd) {
     P out;
     EXPECT_TRUE(ZOR::inters(a, b, P(1e-5, -1, 0), P(1e-5, 1, 0), true, out));
     EXPECT_FALSE(ZOR::inters(a, b, P(2e-5, -1, 0), P(2e-5, 1, 0), true, out));
-    CZorPoint3dTol wide(1e-4);  // a wider tolerance reaches further
+    CZorPoint3dTol wide(1e-4);
     EXPECT_TRUE(ZOR::inters(a, b, P(2e-5, -1, 0), P(2e-5, 1, 0), true, out));
 }
 
@@ -71,13 +66,12 @@ TEST_F(LinesTest, PointOnSegment) {
     EXPECT_TRUE(ZOR::g_line_pt(a, b, P(-0.5, 1e-5, 0)));  // exactly tol off the line
     EXPECT_FALSE(ZOR::g_line_pt(a, b, P(-0.5, 1.1e-5, 0)));
     EXPECT_FALSE(ZOR::g_line_pt(a, b, P(-0.5, 0, 1.1e-5)));  // z counts
-    // Within tol of an end is on the segment, also beyond that end.
-    EXPECT_TRUE(ZOR::g_line_pt(a, b, P(1e-5, 0, 0)));
-    EXPECT_FALSE(ZOR::g_line_pt(a, b, P(1.1e-5, 0, 0)));
-    EXPECT_TRUE(ZOR::g_line_pt(b, a, P(1e-5, 0, 0)));
-    EXPECT_FALSE(ZOR::g_line_pt(b, a, P(1.1e-5, 0, 0)));
-    // A degenerate segment holds only its own point.
-    EXPECT_TRUE(ZOR::g_line_pt(a, a, P(0, 1e-6, 0)));
+    // Within tol of an end is on the segment, also beyond that end, whichever end it is.
+    for (const bool forward : {true, false}) {
+        EXPECT_TRUE(ZOR::g_line_pt(forward ? a : b, forward ? b : a, P(1e-5, 0, 0)));
+        EXPECT_FALSE(ZOR::g_line_pt(forward ? a : b, forward ? b : a, P(1.1e-5, 0, 0)));
+    }
+    EXPECT_TRUE(ZOR::g_line_pt(a, a, P(0, 1e-6, 0)));  // a degenerate segment holds its point
     EXPECT_FALSE(ZOR::g_line_pt(a, a, P(0, 1e-3, 0)));
 }
 
