@@ -1,0 +1,158 @@
+#include "zor/polyline/fillet_chamfer.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+CZorPoint3d P(double x, double y) {
+    return CZorPoint3d(x, y, 0);
+}
+
+CZorVertex L(double x0, double y0, double x1, double y1) {
+    return CZorVertex(P(x0, y0), P(x1, y1), 0.0);
+}
+
+CZorVertexArray square(double s) {
+    CZorVertexArray l;
+    l.append(L(0, 0, s, 0)).append(L(s, 0, s, s)).append(L(s, s, 0, s)).append(L(0, s, 0, 0));
+    return l;
+}
+
+void expectSegment(const CZorVertex& v, CZorPoint3d s, CZorPoint3d e, double bulge) {
+    EXPECT_TRUE(v.start == s) << v.start.x << "," << v.start.y;
+    EXPECT_TRUE(v.end == e) << v.end.x << "," << v.end.y;
+    EXPECT_NEAR(v.bulge, bulge, 1e-9);
+}
+
+TEST(Fillet, LeftTurnFindsTheSecondSide) {
+    const CZorVertexArray t = ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 0, 10), 2.0, 0);
+    ASSERT_EQ(t.len(), 3);
+    expectSegment(t[0], P(-10, 0), P(-2, 0), 0.0);
+    expectSegment(t[1], P(0, 2), P(0, 10), 0.0);
+    expectSegment(t[2], P(-2, 0), P(0, 2), std::tan(M_PI / 8));
+    const CZorVertexArray refused = ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 0, 10), 2.0, -1);
+    ASSERT_EQ(refused.len(), 2);
+    EXPECT_TRUE(refused[0] == L(-10, 0, 0, 0));
+    EXPECT_EQ(ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 0, 10), 2.0, 1).len(), 3);
+    EXPECT_EQ(ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 0, 10), 2.0, 7).len(), 2);
+}
+
+TEST(Fillet, RightTurnTakesTheFirstSide) {
+    const CZorVertexArray t = ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 0, -10), 2.0, 0);
+    ASSERT_EQ(t.len(), 3);
+    expectSegment(t[2], P(-2, 0), P(0, -2), -std::tan(M_PI / 8));
+    EXPECT_EQ(ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 0, -10), 2.0, 1).len(), 2);
+}
+
+TEST(Fillet, RadiusKindsAndRefusals) {
+    // Radius 0 extends two lines that stop short to their crossing; it refuses a met corner.
+    const CZorVertexArray met = ZOR::g_vx_fillet(L(-10, 0, -1, 0), L(0, 1, 0, 10), 0.0, 0);
+    ASSERT_EQ(met.len(), 2);
+    EXPECT_TRUE(met[0].end == P(0, 0));
+    EXPECT_TRUE(met[1].start == P(0, 0));
+    EXPECT_EQ(ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 0, 10), 0.0, 0).len(), 0);
+    for (double r : {std::numeric_limits<double>::quiet_NaN(),
+                     std::numeric_limits<double>::infinity(), 1e-310}) {
+        EXPECT_EQ(ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 0, 10), r, 0).len(), 2);
+    }
+    // Tangent segments, and a radius too large for the offsets to cross on either side.
+    EXPECT_EQ(ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 10, 0), 1.0, 0).len(), 2);
+    EXPECT_EQ(ZOR::g_vx_fillet(L(-1, 0, 0, 0), L(0, 0, 0, 1), 5.0, 0).len(), 2);
+    // A clockwise arc of radius 1 collapses under the offset to its right.
+    const CZorVertex arc(P(0, 1), P(1, 0), -std::tan(M_PI / 8));
+    EXPECT_EQ(ZOR::g_vx_fillet(arc, L(1, 0, 5, 0), 2.0, 0).len(), 0);
+}
+
+TEST(Fillet, LineArcAndArcArcCorners) {
+    // A line into an arc that leaves the corner turning left.
+    const CZorVertex line = L(-10, 0, 0, 0);
+    CZorVertexArray t = ZOR::g_vx_fillet(line, CZorVertex(P(0, 0), P(0, 10), 0.5), 1.0, 0);
+    ASSERT_EQ(t.len(), 3);
+    EXPECT_TRUE(t[0].end == t[2].start);
+    EXPECT_TRUE(t[2].end == t[1].start);
+    EXPECT_NEAR(t[2].radius(), 1.0, 1e-9);
+    // Two arcs meeting at a corner.
+    const CZorVertex a1(P(-10, 0), P(0, 0), 0.2);
+    const CZorVertex a2(P(0, 0), P(0, 10), 0.2);
+    t = ZOR::g_vx_fillet(a1, a2, 1.0, 0);
+    ASSERT_EQ(t.len(), 3);
+    EXPECT_NEAR(t[2].radius(), 1.0, 1e-9);
+    EXPECT_TRUE(t[0].end == t[2].start);
+    EXPECT_TRUE(t[2].end == t[1].start);
+}
+
+TEST(Fillet, Polylines) {
+    const CZorVertexArray sq = square(10);
+    CZorVertexArray f = ZOR::g_vl_fillet(sq, 1.0, 0, true);
+    ASSERT_EQ(f.len(), 8);
+    EXPECT_NE(f[-1].bulge, 0.0);
+    EXPECT_TRUE(f.isClosed());
+    f = ZOR::g_vl_fillet(sq, 1.0, 0, false);
+    ASSERT_EQ(f.len(), 7);
+    EXPECT_TRUE(f[0].start == P(0, 0));
+    EXPECT_EQ(ZOR::g_vl_fillet(CZorVertexArray(L(0, 0, 1, 0)), 1.0, 0, true).len(), 1);
+
+    // A short middle segment: the first fillet uses it up, the second corner stays.
+    CZorVertexArray u;
+    u.append(L(0, 10, 0, 0)).append(L(0, 0, 3, 0)).append(L(3, 0, 3, 10));
+    f = ZOR::g_vl_fillet(u, 2.0, 0, false);
+    ASSERT_EQ(f.len(), 4);
+    EXPECT_TRUE(f[2].end == P(3, 0));
+}
+
+TEST(Fillet, OneCorner) {
+    const CZorVertexArray sq = square(10);
+    CZorVertexArray f = ZOR::g_vl_fillet_p(sq, P(10, 0), 1.0);
+    ASSERT_EQ(f.len(), 5);
+    EXPECT_NE(f[1].bulge, 0.0);
+    f = ZOR::g_vl_fillet_p(sq, P(0, 0), 1.0);  // the closing corner: arc last
+    ASSERT_EQ(f.len(), 5);
+    EXPECT_NE(f[4].bulge, 0.0);
+    EXPECT_EQ(ZOR::g_vl_fillet_p(sq, P(5, 0), 1.0), sq);
+    EXPECT_EQ(ZOR::g_vl_fillet_p(sq, P(10, 0), 0.0), sq);
+    EXPECT_EQ(ZOR::g_vl_fillet_p(sq, P(10, 0), -1.0), sq);
+    CZorVertexArray open;
+    open.append(L(0, 0, 5, 0)).append(L(5, 0, 5, 5));
+    EXPECT_EQ(ZOR::g_vl_fillet_p(open, P(0, 0), 1.0), open);
+}
+
+TEST(Chamfer, CornersBySide) {
+    CZorVertexArray sq = square(10);
+    EXPECT_TRUE(ZOR::g_vl_chamfer(sq, 1.0, 0));
+    ASSERT_EQ(sq.len(), 8);
+    EXPECT_TRUE(sq.isClosed());
+    CZorVertexArray same = square(10);
+    EXPECT_TRUE(ZOR::g_vl_chamfer(same, 1.0, 0x7FFFFFFF));
+    EXPECT_EQ(same, sq);
+    CZorVertexArray big = square(10);
+    EXPECT_FALSE(ZOR::g_vl_chamfer(big, 20.0, 0));
+    EXPECT_EQ(big.len(), 4);
+    // Convex corners of a counter-clockwise square turn with it; none turns against it.
+    CZorVertexArray concave = square(10);
+    EXPECT_FALSE(ZOR::g_vl_chamfer(concave, 1.0, -1));
+    CZorVertexArray convex = square(10);
+    EXPECT_TRUE(ZOR::g_vl_chamfer(convex, 1.0, 1));
+
+    CZorVertexArray open;
+    open.append(L(0, 0, 10, 0)).append(L(10, 0, 10, 10)).append(L(10, 10, 0, 10));
+    EXPECT_TRUE(ZOR::g_vl_chamfer(open, 1.0, 0));
+    ASSERT_EQ(open.len(), 5);
+    EXPECT_TRUE(open[0].start == P(0, 0));
+    EXPECT_TRUE(open[-1].end == P(0, 10));
+    EXPECT_TRUE(open[1].start == P(9, 0));
+
+    CZorArrayTempl<CZorVertexArray> none;
+    EXPECT_TRUE(ZOR::g_vll_chamfer(none, 1.0, 0));
+}
+
+TEST(Fillet, ConstructionPoint) {
+    // m at (0, 5) above the line y = 0: d = 5, q = 0 * k + 5, s = sqrt(r2^2 - 25).
+    const CZorPoint3d p = ZOR::g_nm_fillet_mp(P(0, 5), 3.0, 13.0, P(0, 0), P(10, 0), 0.0);
+    EXPECT_NEAR(p.x, -12.0, 1e-9);
+    EXPECT_NEAR(p.y, 0.0, 1e-9);
+}
+
+}  // namespace
