@@ -66,11 +66,7 @@ TEST(CodePageTest, NullBadAndUnknownInput) {
     EXPECT_GE(malloc_usable_size(buffer), 7u);
     delete[] buffer;
     // Bytes that the code page doesn't define, and a cut-off sequence.
-    EXPECT_EQ(wide("a\xff"
-                   "b",
-                   65001),
-              L"a\xfffd"
-              L"b");
+    EXPECT_EQ(wide("a\377b", 65001), L"a\ufffdb");
     EXPECT_EQ(wide("a\xe2\x82", 65001), L"a\xfffd\xfffd");
     // A code page that cannot be used converts to the empty text.
     EXPECT_EQ(wide("abc", 424242), L"");
@@ -98,13 +94,9 @@ TEST(CodePageTest, BufferIsKeptWhenLargeEnoughAndReplacedOtherwise) {
 TEST(OemCodePageTest, DosAndWinAreInverse) {
     wchar_t dos[] = {0x84, 0x94, 0x81, L'A', 0x15, 0};  // a-, o-, u-umlaut, A, a control code
     EXPECT_EQ(ZOR::dosToWin(dos), dos);
-    EXPECT_EQ(std::wstring(dos),
-              L"\xe4\xf6\xfc"
-              L"A\x15");
+    EXPECT_EQ(std::wstring(dos), L"\u00e4\u00f6\u00fcA\x15");
     EXPECT_EQ(ZOR::winToDos(dos), dos);
-    EXPECT_EQ(std::wstring(dos),
-              L"\x84\x94\x81"
-              L"A\x15");
+    EXPECT_EQ(std::wstring(dos), L"\x84\x94\x81\x41\x15");
     // Only the low byte counts on the way in; what the code page lacks becomes '?' on the way
     // out, one unit for one unit.
     wchar_t high[] = {0x184, 0x20ac, L'z', 0};
@@ -169,9 +161,7 @@ TEST(LanguagesTest, TableAndCodePages) {
     int rows = 0;
     while (table[rows].number) ++rows;
     EXPECT_EQ(rows, 18);
-    EXPECT_STREQ(table[0].name,
-                 L"\x10d"
-                 L"e\x161tina");
+    EXPECT_STREQ(table[0].name, L"\u010de\u0161tina");
     EXPECT_STREQ(table[16].name, L"\x4e2d\x6587");
     EXPECT_STREQ(table[17].number, L"07");
     EXPECT_EQ(table[17].codePage, 1251);

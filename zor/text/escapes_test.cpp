@@ -44,9 +44,7 @@ TEST(WideCharEscapeTest, UnitsAboveLatin1AsFourDigitsAndBack) {
     EXPECT_EQ(text(CZorString(L"\U0001F600").escapeWideChar()), L"\\U+d83d\\U+de00");
     EXPECT_TRUE(CZorString().escapeWideChar().isNull());
     EXPECT_EQ(text(CZorString(L"\\u+0416x").unEscapeWideChar()), L"\x416x");
-    EXPECT_EQ(text(CZorString(L"\\U+20AC1").unEscapeWideChar()),
-              L"\x20ac"
-              L"1");
+    EXPECT_EQ(text(CZorString(L"\\U+20AC1").unEscapeWideChar()), L"\u20ac1");
     EXPECT_EQ(text(CZorString(L"\\U+d83dx").unEscapeWideChar()), L"\xd83dx");  // a lone half
     EXPECT_EQ(text(CZorString(L"\\X+0416").unEscapeWideChar()), L"\\X+0416");
     for (const wchar_t* s : {L"\x416\x20ac\U0001F600 plain", L"\xdfff", L"\xd800!"}) {
@@ -73,23 +71,17 @@ TEST(QuoteTest, QuoteAlwaysWrapsUnQuoteOnlyAPair) {
     EXPECT_FALSE(empty.isNull());
     EXPECT_EQ(text(empty), L"");
     EXPECT_EQ(text(CZorString(L"\"a b\"").unQuote()), L"a b");
-    EXPECT_EQ(text(CZorString(L"\"").unQuote()), L"\"");
-    EXPECT_EQ(text(CZorString(L"\"a").unQuote()), L"\"a");
-    EXPECT_EQ(text(CZorString(L"a\"").unQuote()), L"a\"");
+    for (const wchar_t* s : {L"\"", L"\"a", L"a\""}) EXPECT_EQ(text(CZorString(s).unQuote()), s);
     EXPECT_TRUE(CZorString().unQuote().isNull());
 }
 
 TEST(TxtToRtfTest, MarkersBecomeSymbolsAndToggles) {
-    EXPECT_EQ(text(ZOR::txtToRTF(L"%%c10")),
-              L"\x2205"
-              L"10");
+    EXPECT_EQ(text(ZOR::txtToRTF(L"%%c10")), L"\u220510");
     EXPECT_EQ(text(ZOR::txtToRTF(L"%%Uab")), L"{\\Lab}");
     EXPECT_EQ(text(ZOR::txtToRTF(L"%%uab%%u cd")), L"{\\Lab} cd");
     EXPECT_EQ(text(ZOR::txtToRTF(L"%%oa%%Ub")), L"{\\Oa{\\Lb}}");
     EXPECT_EQ(text(ZOR::txtToRTF(L"%%d%%d")), L"\xb0\xb0");
-    EXPECT_EQ(text(ZOR::txtToRTF(L"%%p0.5")),
-              L"\xb1"
-              L"0.5");
+    EXPECT_EQ(text(ZOR::txtToRTF(L"%%p0.5")), L"\u00b10.5");
     EXPECT_EQ(text(ZOR::txtToRTF(L"%%x%%%")), L"x%");
     EXPECT_EQ(text(ZOR::txtToRTF(L"a%b")), L"a%b");
     EXPECT_EQ(text(ZOR::txtToRTF(L"end%%")), L"end");
