@@ -1,0 +1,20 @@
+// Union, difference and intersection of two closed polylines without holes, giving one polyline
+// that may hold several chains one after another (g_vl_vll cuts it into them), and the part of
+// a polyline inside a closed loop.
+#pragma once
+
+#include "zor/polyline/vertexarray.h"
+
+namespace ZOR::detail {
+
+// The work of g_vl_bool for the operation value `op`: 0 union, 1 first minus second, 2
+// intersection; any other value breaks both and keeps nothing. The operands are expected closed
+// and running the same way; a stretch shared by both boundaries is compared by direction. The
+// result is sorted into chains and normalised, with the default normal.
+CZorVertexArray polygonBoolean(CZorVertexArray a, CZorVertexArray b, int op);
+
+}  // namespace ZOR::detail
+
+// The pieces of `vl` inside `loop` or on it, in order, unnormalised; empty when `vl` doesn't
+// cross `loop` (tangent contacts don't count), also when it lies wholly inside.
+CZorVertexArray zor_g_vl_vl_trim(const CZorVertexArray& vl, const CZorVertexArray& loop);

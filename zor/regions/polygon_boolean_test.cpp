@@ -1,0 +1,74 @@
+#include "zor/regions/polygon_boolean.h"
+
+#include <gtest/gtest.h>
+
+#include "zor/regions/loops.h"
+#include "zor/regions/test_shapes.h"
+
+namespace {
+
+using namespace zor_test;
+using ZOR::detail::polygonBoolean;
+
+constexpr int kUnion = 0, kDiff = 1, kSect = 2;
+
+int chains(const CZorVertexArray& vl) {
+    return static_cast<int>(ZOR::g_vl_vll(vl).len());
+}
+
+TEST(PolygonBoolean, DisjointAndNested) {
+    const Loop a = rect(0, 0, 10, 10);
+    const Loop apart = rect(20, 0, 30, 10);
+    EXPECT_EQ(chains(polygonBoolean(a, apart, kUnion)), 2);
+    EXPECT_EQ(polygonBoolean(a, apart, kDiff).len(), 4);
+    EXPECT_EQ(polygonBoolean(a, apart, kSect).len(), 0);
+
+    const Loop inner = rect(4, 4, 6, 6);
+    EXPECT_EQ(polygonBoolean(a, inner, kUnion).len(), 4);
+    const CZorVertexArray diff = polygonBoolean(a, inner, kDiff);
+    EXPECT_EQ(chains(diff), 2);
+    EXPECT_EQ(ZOR::g_vl_vll(diff)[1][0].bulge, 0.0);
+    EXPECT_EQ(polygonBoolean(a, inner, kSect), inner);
+    EXPECT_EQ(polygonBoolean(a, inner, 7).len(), 0);
+}
+
+TEST(PolygonBoolean, OverlapsAndSharedStretches) {
+    const Loop a = rect(0, 0, 10, 10);
+    for (int op : {kUnion, kDiff, kSect}) {
+        const CZorVertexArray r = polygonBoolean(a, rect(5, 5, 15, 15), op);
+        ASSERT_EQ(chains(r), 1) << op;
+        EXPECT_TRUE(r.isClosed()) << op;
+    }
+    // Equal squares: union and difference empty, intersection the square once.
+    EXPECT_EQ(polygonBoolean(a, a, kUnion).len(), 0);
+    EXPECT_EQ(polygonBoolean(a, a, kDiff).len(), 0);
+    EXPECT_EQ(polygonBoolean(a, a, kSect).len(), 4);
+    // Side by side: the common edge goes from the union; the difference keeps a's shape with
+    // the common edge from b; the intersection is empty.
+    const Loop side = rect(10, 0, 20, 10);
+    const CZorVertexArray u = polygonBoolean(a, side, kUnion);
+    EXPECT_EQ(u.len(), 4);
+    EXPECT_TRUE(u.isClosed());
+    const CZorVertexArray d = polygonBoolean(a, side, kDiff);
+    EXPECT_EQ(d.len(), 4);
+    EXPECT_TRUE(d.isClosed());
+    EXPECT_EQ(polygonBoolean(a, side, kSect).len(), 0);
+    // A small square on a's bottom edge: a notch for the difference, the union left open.
+    const Loop notch = rect(4, 0, 6, 2);
+    const CZorVertexArray dn = polygonBoolean(a, notch, kDiff);
+    EXPECT_TRUE(dn.isClosed());
+    EXPECT_EQ(dn.len(), 8);
+    EXPECT_FALSE(polygonBoolean(a, notch, kUnion).isClosed());
+}
+
+TEST(PolygonBoolean, TrimToLoop) {
+    const Loop sq = rect(0, 0, 10, 10);
+    const CZorVertexArray through(CZorVertex(CZorPoint3d(-5, 5, 0), CZorPoint3d(15, 5, 0), 0.0));
+    const CZorVertexArray in = zor_g_vl_vl_trim(through, sq);
+    ASSERT_EQ(in.len(), 1);
+    EXPECT_NEAR(in.geomLength(), 10.0, 1e-9);
+    const CZorVertexArray inside(CZorVertex(CZorPoint3d(2, 5, 0), CZorPoint3d(8, 5, 0), 0.0));
+    EXPECT_EQ(zor_g_vl_vl_trim(inside, sq).len(), 0);
+}
+
+}  // namespace
