@@ -30,9 +30,20 @@ namespace {
 using testing::ScopedEnv;
 using testing::TempDir;
 
-// What the well-behaved peer answers: the sender must be "ZOR", and the answer tells code and
-// the number of characters of the text apart.
-int sendData(sd_bus_message* m, void*, sd_bus_error*) {
+// How a test peer answers SendData.
+enum class PeerKind { good, text, failing };
+
+// The good peer wants the sender "ZOR" and tells code and the number of characters of the text
+// apart in its answer; the others answer with a text, or fail the call.
+int sendData(sd_bus_message* m, void* kind, sd_bus_error* error) {
+    switch (*static_cast<const PeerKind*>(kind)) {
+        case PeerKind::text:
+            return sd_bus_reply_method_return(m, "s", "no");
+        case PeerKind::failing:
+            return sd_bus_error_set_const(error, "zor.Error.Refused", "refused");
+        case PeerKind::good:
+            break;
+    }
     const char* sender = nullptr;
     std::int32_t code = 0;
     const char* text = nullptr;
@@ -44,38 +55,19 @@ int sendData(sd_bus_message* m, void*, sd_bus_error*) {
     return sd_bus_reply_method_return(m, "i", answer);
 }
 
-// A peer that answers with the wrong type.
-int sendDataAsText(sd_bus_message* m, void*, sd_bus_error*) {
-    return sd_bus_reply_method_return(m, "s", "no");
-}
-
-// A peer that fails the call.
-int sendDataFailing(sd_bus_message*, void*, sd_bus_error* error) {
-    return sd_bus_error_set_const(error, "zor.Error.Refused", "refused");
-}
-
-const sd_bus_vtable kGoodPeer[] = {
+// One table serves all three kinds: its reply signature is only introspection data, which the
+// replies themselves are not held to.
+const sd_bus_vtable kPeer[] = {
     SD_BUS_VTABLE_START(0),
     SD_BUS_METHOD("SendData", "sis", "i", sendData, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_VTABLE_END,
 };
-const sd_bus_vtable kTextPeer[] = {
-    SD_BUS_VTABLE_START(0),
-    SD_BUS_METHOD("SendData", "sis", "s", sendDataAsText, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_VTABLE_END,
-};
-const sd_bus_vtable kFailingPeer[] = {
-    SD_BUS_VTABLE_START(0),
-    SD_BUS_METHOD("SendData", "sis", "i", sendDataFailing, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_VTABLE_END,
-};
 
 // Runs in a forked child: serves `vtable` under `name` until killed.
-[[noreturn]] void servePeer(const char* name, const sd_bus_vtable* vtable) {
+[[noreturn]] void servePeer(const char* name, PeerKind kind) {
     sd_bus* bus = nullptr;
     if (sd_bus_open_user(&bus) < 0 ||
-        sd_bus_add_object_vtable(bus, nullptr, kPeerObjectPath, kPeerInterface, vtable, nullptr) <
-            0 ||
+        sd_bus_add_object_vtable(bus, nullptr, kPeerObjectPath, kPeerInterface, kPeer, &kind) < 0 ||
         sd_bus_request_name(bus, name, 0) < 0)
         ::_exit(1);
     for (;;) {
@@ -147,9 +139,9 @@ class PeerCallTest : public ::testing::Test {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
         address_ = new ScopedEnv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + socket).c_str());
-        startPeer(peers_[0], "Zor.Peer._2017", kGoodPeer);
-        startPeer(peers_[1], "Zor.TextPeer", kTextPeer);
-        startPeer(peers_[2], "Zor.FailingPeer", kFailingPeer);
+        startPeer(peers_[0], "Zor.Peer._2017", PeerKind::good);
+        startPeer(peers_[1], "Zor.TextPeer", PeerKind::text);
+        startPeer(peers_[2], "Zor.FailingPeer", PeerKind::failing);
     }
 
     static void TearDownTestSuite() {
@@ -159,9 +151,9 @@ class PeerCallTest : public ::testing::Test {
         delete dir_;
     }
 
-    static void startPeer(pid_t& pid, const char* name, const sd_bus_vtable* vtable) {
+    static void startPeer(pid_t& pid, const char* name, PeerKind kind) {
         pid = ::fork();
-        if (pid == 0) servePeer(name, vtable);
+        if (pid == 0) servePeer(name, kind);
         ready_ = ready_ && pid > 0 && waitForOwner(name);
     }
 

@@ -94,10 +94,7 @@ TEST(SystemText, LastErrorText) {
     errno = ENOENT;
     EXPECT_STREQ(lastErrorString(), L"No such file or directory");
     errno = 0;
-    const wchar_t* success = lastErrorString();
-    EXPECT_STREQ(success, L"Success");
-    errno = 123456;
-    EXPECT_STREQ(lastErrorString(), L"Unknown error 123456");
+    EXPECT_STREQ(lastErrorString(), L"Success");
 }
 
 }  // namespace

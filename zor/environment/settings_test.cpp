@@ -12,6 +12,7 @@
 namespace ZOR {
 namespace {
 
+using testing::readKey;
 using testing::ScopedEnv;
 using testing::SettingsTest;
 
@@ -28,13 +29,26 @@ TEST_F(SettingsTest, SetUpQueriesAndAppKey) {
     EXPECT_STREQ(key, L"untouched");
     EXPECT_TRUE(regAppKey(key, L"Draw"));
     EXPECT_STREQ(key, L"Soft\\Zor\\Draw\\7.1");
+    // What the module does at process end.
+    appKeyAdd(L"x");
+    detail::settingsCleanup();
+    EXPECT_EQ(regBasePathSet(nullptr), nullptr);
+    EXPECT_TRUE(detail::settingsCurVer.isNull());
+    CZorArrayTempl<CZorString> apps;
+    appKeys(apps);
+    EXPECT_TRUE(apps.isEmpty());
 }
 
-TEST_F(SettingsTest, NullVersionSwitchesTheKeyedLayerOff) {
-    curVerSet(nullptr);
+TEST_F(SettingsTest, NullVersionOrAppSwitchesTheKeyedLayerOff) {
     unsigned long number = 5;
     CZorString text(L"keep");
     CZorArrayTempl<CZorString> list = listOf({L"keep"});
+    EXPECT_FALSE(regWrite(static_cast<const wchar_t*>(nullptr), L"n", 1ul));
+    EXPECT_FALSE(regWrite(L"", L"n", 1ul));
+    EXPECT_FALSE(regRead(static_cast<const wchar_t*>(nullptr), L"n", number));
+    EXPECT_FALSE(regInit(nullptr));
+    EXPECT_FALSE(regInit(L""));
+    curVerSet(nullptr);
     EXPECT_FALSE(regWrite(L"Draw", L"n", 1ul));
     EXPECT_FALSE(regWrite(L"Draw", L"t", L"x", false));
     EXPECT_FALSE(regWrite(L"Draw", L"l", list));
@@ -50,15 +64,6 @@ TEST_F(SettingsTest, NullVersionSwitchesTheKeyedLayerOff) {
     CZorString key;
     EXPECT_TRUE(regAppKey(key, L"Draw"));
     EXPECT_STREQ(key, L"Soft\\Zor\\Draw\\");
-}
-
-TEST_F(SettingsTest, NullOrEmptyAppIsRefused) {
-    unsigned long number = 0;
-    EXPECT_FALSE(regWrite(static_cast<const wchar_t*>(nullptr), L"n", 1ul));
-    EXPECT_FALSE(regWrite(L"", L"n", 1ul));
-    EXPECT_FALSE(regRead(static_cast<const wchar_t*>(nullptr), L"n", number));
-    EXPECT_FALSE(regInit(nullptr));
-    EXPECT_FALSE(regInit(L""));
 }
 
 TEST_F(SettingsTest, RoundTripOfAllThreeForms) {
@@ -84,34 +89,19 @@ TEST_F(SettingsTest, RoundTripOfAllThreeForms) {
     EXPECT_STREQ(text, L"hello");
 }
 
-TEST_F(SettingsTest, NullAndEmptyValueNamesAreTheKeysDefaultValue) {
+TEST_F(SettingsTest, ValueNamesWithSubPathsAndDefaultValues) {
     EXPECT_TRUE(regWrite(L"Draw", nullptr, L"default", false));
     CZorString text;
     EXPECT_TRUE(regRead(L"Draw", L"", text));
     EXPECT_STREQ(text, L"default");
-    EXPECT_TRUE(regWrite(L"Draw", L"", 4ul));
     unsigned long number = 0;
-    EXPECT_TRUE(regRead(L"Draw", nullptr, number));
-    EXPECT_EQ(number, 4u);
+    EXPECT_TRUE(regWrite(L"Draw", L"a\\b\\c", 3ul));
+    EXPECT_TRUE(readKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1\\a\\b", L"c", number));
+    EXPECT_EQ(number, 3u);
     // "sub\" names the default value of the subkey "sub".
     EXPECT_TRUE(regWrite(L"Draw", L"sub\\", 5ul));
-    HKEY key = nullptr;
-    ASSERT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1\\sub", KEY_READ, &key),
-              ERROR_SUCCESS);
-    EXPECT_TRUE(regRead(key, nullptr, number));
+    EXPECT_TRUE(readKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1\\sub", nullptr, number));
     EXPECT_EQ(number, 5u);
-    regCloseKey(key);
-}
-
-TEST_F(SettingsTest, SubPathOfValueNameBecomesSubkey) {
-    EXPECT_TRUE(regWrite(L"Draw", L"a\\b\\c", 3ul));
-    HKEY key = nullptr;
-    ASSERT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1\\a\\b", KEY_READ, &key),
-              ERROR_SUCCESS);
-    unsigned long number = 0;
-    EXPECT_TRUE(regRead(key, L"c", number));
-    EXPECT_EQ(number, 3u);
-    regCloseKey(key);
 }
 
 TEST_F(SettingsTest, UserHiveFirstMachineHiveAsFallback) {
@@ -130,13 +120,8 @@ TEST_F(SettingsTest, UserHiveFirstMachineHiveAsFallback) {
     EXPECT_TRUE(regRead(L"Draw", L"n", number));
     EXPECT_EQ(number, 10u);
     // Writes never reach the machine hive.
-    HKEY key = nullptr;
-    ASSERT_EQ(regOpenKey(HKEY_LOCAL_MACHINE, L"Soft\\Zor\\Draw\\7.1", KEY_READ, &key),
-              ERROR_SUCCESS);
-    unsigned long machine = 0;
-    EXPECT_TRUE(regRead(key, L"n", machine));
-    EXPECT_EQ(machine, 10u);
-    regCloseKey(key);
+    EXPECT_TRUE(readKey(HKEY_LOCAL_MACHINE, L"Soft\\Zor\\Draw\\7.1", L"n", number));
+    EXPECT_EQ(number, 10u);
 }
 
 TEST_F(SettingsTest, MissingMachineHiveFallsThroughToFalse) {
@@ -196,27 +181,22 @@ TEST_F(SettingsTest, FoldedPathListIsStoredAsReferencesAndReadExpanded) {
     ScopedEnv home("HOME", "/home/ann");
     ScopedEnv config("XDG_CONFIG_HOME", "/home/ann/.config");
     EXPECT_TRUE(regWrite(L"Draw", L"p", L"/home/ann/.config/zor;/opt/x;/home/ann/d", true));
-    HKEY key = nullptr;
-    ASSERT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1", KEY_READ, &key),
-              ERROR_SUCCESS);
-    unsigned long type = 0;
-    wchar_t stored[128];
-    unsigned long size = sizeof stored;
-    ASSERT_EQ(regQueryValue(key, L"p", &type, reinterpret_cast<unsigned char*>(stored), &size),
-              ERROR_SUCCESS);
-    regCloseKey(key);
-    EXPECT_EQ(type, REG_EXPAND_SZ);
-    EXPECT_STREQ(stored, L"%XDG_CONFIG_HOME%/zor;/opt/x;%HOME%/d");
     CZorString text;
     EXPECT_TRUE(regRead(L"Draw", L"p", text));
     EXPECT_STREQ(text, L"/home/ann/.config/zor;/opt/x;/home/ann/d");
+    // What is stored are the references, unexpanded, as a text to be expanded.
+    unsigned long type = 0;
+    {
+        ScopedEnv otherHome("HOME", "/elsewhere");
+        ScopedEnv noConfig("XDG_CONFIG_HOME", nullptr);
+        EXPECT_TRUE(readKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1", L"p", text, &type));
+    }
+    EXPECT_EQ(type, REG_EXPAND_SZ);
+    EXPECT_STREQ(text, L"%XDG_CONFIG_HOME%/zor;/opt/x;/elsewhere/d");
     // Nothing to fold: stored as plain text.
     EXPECT_TRUE(regWrite(L"Draw", L"q", L"/opt/x", true));
-    ASSERT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1", KEY_READ, &key),
-              ERROR_SUCCESS);
-    EXPECT_EQ(regQueryValue(key, L"q", &type, nullptr, nullptr), ERROR_SUCCESS);
+    EXPECT_TRUE(readKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1", L"q", text, &type));
     EXPECT_EQ(type, REG_SZ);
-    regCloseKey(key);
 }
 
 TEST(PathUnExpand, PicksLongestCoveringVariableAtComponentBoundary) {
@@ -240,12 +220,10 @@ TEST_F(SettingsTest, InitRegistersVersionAndApplication) {
     EXPECT_TRUE(regInit(L"draw"));
     EXPECT_TRUE(regInit(L"Plot"));
     EXPECT_TRUE(regInit(L"DRAW"));
-    HKEY key = nullptr;
-    ASSERT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\draw", KEY_READ, &key), ERROR_SUCCESS);
     CZorString version;
-    EXPECT_TRUE(regRead(key, L"CurVer", version));
+    EXPECT_TRUE(readKey(HKEY_CURRENT_USER, L"Soft\\Zor\\draw", L"CurVer", version));
     EXPECT_STREQ(version, L"7.1");
-    regCloseKey(key);
+    HKEY key = nullptr;
     EXPECT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\draw\\7.1", KEY_READ, &key),
               ERROR_SUCCESS);
     regCloseKey(key);
@@ -260,16 +238,6 @@ TEST_F(SettingsTest, InitRegistersVersionAndApplication) {
     appKeys(apps);
     ASSERT_EQ(apps.len(), 3u);
     EXPECT_STREQ(apps[0], L"ABC");
-}
-
-TEST_F(SettingsTest, CleanupClearsTheState) {
-    appKeyAdd(L"x");
-    detail::settingsCleanup();
-    EXPECT_EQ(regBasePathSet(nullptr), nullptr);
-    EXPECT_TRUE(detail::settingsCurVer.isNull());
-    CZorArrayTempl<CZorString> apps;
-    appKeys(apps);
-    EXPECT_TRUE(apps.isEmpty());
 }
 
 TEST_F(SettingsTest, CopyTreeKeepsOrReplacesAtTopOnly) {
@@ -292,33 +260,27 @@ TEST_F(SettingsTest, CopyTreeKeepsOrReplacesAtTopOnly) {
     EXPECT_TRUE(regWrite(sub, L"v", 2ul));
     regCloseKey(sub);
 
-    auto number = [](HKEY key, const wchar_t* path, const wchar_t* name) {
-        HKEY k = nullptr;
+    auto number = [&](const wchar_t* path, const wchar_t* name) {
         unsigned long n = 0;
-        if (regOpenKey(key, path, KEY_READ, &k) != ERROR_SUCCESS) return 0ul;
-        regRead(k, name, n);
-        regCloseKey(k);
+        readKey(target, path, name, n);
         return n;
     };
     EXPECT_TRUE(regCopyTree(target, source, false));
-    EXPECT_EQ(number(target, L"", L"top"), 2u);
-    EXPECT_EQ(number(target, L"sub", L"v"), 2u);
+    EXPECT_EQ(number(L"", L"top"), 2u);
+    EXPECT_EQ(number(L"sub", L"v"), 2u);
     CZorString text;
     EXPECT_TRUE(regRead(target, L"new", text));
     EXPECT_STREQ(text, L"n");
     // The value that doesn't fit ends the enumeration: what follows it isn't copied.
     EXPECT_FALSE(regRead(target, L"wide", text));
-    EXPECT_EQ(number(target, L"", L"after"), 0u);
+    EXPECT_EQ(number(L"", L"after"), 0u);
 
     EXPECT_TRUE(regCopyTree(target, source, true));
-    EXPECT_EQ(number(target, L"", L"top"), 1u);
-    EXPECT_EQ(number(target, L"sub", L"v"), 2u);
+    EXPECT_EQ(number(L"", L"top"), 1u);
+    EXPECT_EQ(number(L"sub", L"v"), 2u);
     CZorArrayTempl<CZorString> list;
-    HKEY copied = nullptr;
-    ASSERT_EQ(regOpenKey(target, L"sub", KEY_READ, &copied), ERROR_SUCCESS);
-    EXPECT_TRUE(regRead(copied, L"w", list));
+    EXPECT_TRUE(readKey(target, L"sub", L"w", list));
     EXPECT_EQ(list.len(), 2u);
-    regCloseKey(copied);
     regCloseKey(source);
     regCloseKey(target);
 }

@@ -64,6 +64,19 @@ class ScopedEnv {
     std::optional<std::string> old_;
 };
 
+// Reads the value `name` of the key `path` below `root` through the handle layer; false if the
+// key or the value is missing. `type` receives the stored type.
+template <class Value>
+bool readKey(HKEY root, const wchar_t* path, const wchar_t* name, Value& value,
+             unsigned long* type = nullptr) {
+    HKEY key = nullptr;
+    if (regOpenKey(root, path, KEY_READ, &key) != ERROR_SUCCESS) return false;
+    const bool read = regRead(key, name, value);
+    if (type != nullptr) regQueryValue(key, name, type, nullptr, nullptr);
+    regCloseKey(key);
+    return read;
+}
+
 // All hives in a fresh folder; base path "Soft\Zor" and version "7.1" set, and the module's
 // settings state as it was put back at the end.
 class SettingsTest : public ::testing::Test {
