@@ -13,6 +13,10 @@ namespace {
 
 // The display buffers' size, in units.
 constexpr std::size_t kTextUnits = 260;
+// 3000-12-31 23:59:59 GMT: times are read into calendar fields from 1970 up to the end of the
+// year 3000, the range the product's dates have always had, so that a year never overflows the
+// record's 16-bit field.
+constexpr std::int64_t kLastTime = 32535215999;
 
 bool isLeapYear(int year) {
     return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
@@ -157,7 +161,7 @@ bool CDateTime::systemTimeToTm(tm* t, const SYSTEMTIME* st, bool gmt) {
 }
 
 bool CDateTime::timeToTm(tm* t, std::int64_t time, bool local) {
-    if (t == nullptr) return false;
+    if (t == nullptr || time < 0 || time > kLastTime) return false;
     const time_t seconds = static_cast<time_t>(time);
     return (local ? ::localtime_r(&seconds, t) : ::gmtime_r(&seconds, t)) != nullptr;
 }

@@ -29,7 +29,8 @@ class CDateTime {
     CDateTime();
     CDateTime(const CDateTime& other) = default;
     CDateTime& operator=(const CDateTime& other) = default;
-    // The fields from a count of seconds, read in the sense of the GMT flag.
+    // The fields from a count of seconds, read in the sense of the GMT flag; a time that
+    // timeToTm refuses leaves them as they are.
     CDateTime& operator=(std::int64_t time);
 
     int year() const { return record.wYear; }
@@ -68,6 +69,7 @@ class CDateTime {
     static bool tmToSystemTime(SYSTEMTIME* st, const tm* t);
     // Field by field, then normalised by the GMT or the local calendar.
     static bool systemTimeToTm(tm* t, const SYSTEMTIME* st, bool gmt);
+    // False as well for a time before 1970 or after the year 3000.
     static bool timeToTm(tm* t, std::int64_t time, bool local);
     // False for a negative result, and `time` stays.
     static bool tmToTime(std::int64_t& time, tm* t, bool local);

@@ -125,6 +125,14 @@ TEST(CDateTimeStatics, NullRecordsAndNegativeTimes) {
     t.tm_mday = 1;
     EXPECT_FALSE(CDateTime::tmToTime(when, &t, false));
     EXPECT_EQ(when, 77);
+    // Times before 1970 or past the year 3000 have no record; the fields keep their year.
+    EXPECT_FALSE(CDateTime::timeToTm(&t, -1, false));
+    EXPECT_TRUE(CDateTime::timeToSystemTime(&st, 32535215999, false));
+    EXPECT_EQ(st.wYear, 3000);
+    EXPECT_FALSE(CDateTime::timeToSystemTime(&st, 32535216000, false));
+    CDateTime kept;
+    kept = std::int64_t{-5000000000000};
+    EXPECT_EQ(kept.year(), 1970);
     ASSERT_TRUE(CDateTime::timeToSystemTime(&st, 86400 + 3661, false));
     EXPECT_EQ(st.wYear, 1970);
     EXPECT_EQ(st.wDay, 2);
