@@ -130,6 +130,8 @@ TEST_F(SettingsTest, MissingMachineHiveFallsThroughToFalse) {
     EXPECT_TRUE(regWrite(L"Draw", L"other", 1ul));
     EXPECT_FALSE(regRead(L"Draw", L"nothing", number));
     EXPECT_EQ(number, 42u);
+    // Reading made no machine hive.
+    EXPECT_NE(::access(detail::hiveFile(HKEY_LOCAL_MACHINE).c_str(), F_OK), 0);
 }
 
 TEST_F(SettingsTest, DamagedUserHiveIsLeftAloneAndReadsFallBack) {
