@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <random>
 #include <utility>
@@ -263,8 +263,8 @@ int nanLast(const void* x, const void* y) {
 }
 // Bit patterns, so that NaNs and the sign of zero compare as well.
 std::vector<std::uint64_t> bits(const std::vector<double>& v) {
-    std::vector<std::uint64_t> out(v.size());
-    std::memcpy(out.data(), v.data(), sizeof(double) * v.size());
+    std::vector<std::uint64_t> out;
+    for (double x : v) out.push_back(std::bit_cast<std::uint64_t>(x));
     return out;
 }
 std::vector<double> tags(const std::vector<CZorPoint3d>& v) {
