@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <numbers>
 
 #include "zor/geometry/vector3d.h"
@@ -51,8 +52,9 @@ double g_signed_ang(double w) {
 }
 
 double g_dir_nrm(double w) {
-    if (std::isinf(w)) return nan();
-    w = bring_near(w, kPi);
+    // Only the subtraction runs, so negative input (-inf included) is never reduced.
+    if (w == std::numeric_limits<double>::infinity()) return nan();
+    if (w > 0.0) w = bring_near(w, kPi);
     while (w >= kPi) w -= kPi;
     if (near(w, kPi, kAxisSnap) || near(w, 0.0, kAxisSnap)) return 0.0;
     return w;

@@ -20,8 +20,8 @@ namespace ZOR {
 // --- Normalising and snapping angles ---------------------------------------------------------
 
 // The three wrapping functions below step by whole periods, whose rounding is part of their
-// results. A value more than 2^20 periods out is first reduced by a remainder (the steps would
-// never end), and an infinite value gives `nan()`.
+// results. A value more than 2^20 periods out in a direction they step from is first reduced by
+// a remainder (the steps would never end), and an infinite one gives `nan()`.
 
 // `w` in [0, 2*pi). A value within 1e-8 of 2*pi becomes exactly 0; otherwise 2*pi is
 // subtracted while w >= 2*pi, then added while w < 0. A value just below 0 is not snapped: it
@@ -32,7 +32,8 @@ double g_ang(double w);
 double g_signed_ang(double w);
 
 // The undirected direction of a line: pi is subtracted while w >= pi; a value then within 0.001
-// of pi or of 0 becomes exactly 0. Negative input is not raised.
+// of pi or of 0 becomes exactly 0. Negative input is not raised: it comes back as it is, -inf
+// included, unless it lies within 0.001 of 0.
 double g_dir_nrm(double w);
 
 // The multiple of pi/2 nearest to `w`, reduced to one of 0, pi/2, pi, 3*pi/2 (for w >= 0;

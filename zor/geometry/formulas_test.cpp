@@ -30,6 +30,8 @@ TEST(AngleTest, HostileInputTerminates) {
     EXPECT_LE(std::fabs(g_signed_ang(-1e300)), kPi);
     EXPECT_TRUE(std::isnan(g_signed_ang(-INFINITY)));
     EXPECT_TRUE(std::isnan(g_dir_nrm(INFINITY)));
+    EXPECT_EQ(g_dir_nrm(-1e10), -1e10);  // negative input is never raised, however far out
+    EXPECT_EQ(g_dir_nrm(-INFINITY), -INFINITY);
     EXPECT_TRUE(std::isnan(g_qw(nan())));
     EXPECT_EQ(g_qw(1e300), 0.0);  // the quarter index overflows to 0x80000000
 }
