@@ -108,9 +108,21 @@ int execute(const wchar_t* commandLine, unsigned long timeout, bool /*show*/) {
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_addclosefrom_np(&actions, 3);
+    // A program starts afresh: no signal blocked or ignored because the host blocks or ignores it
+    // (hosts commonly ignore SIGPIPE, which would change how a pipeline in the child ends).
+    posix_spawnattr_t attributes;
+    ::posix_spawnattr_init(&attributes);
+    sigset_t none;
+    sigset_t all;
+    ::sigemptyset(&none);
+    ::sigfillset(&all);
+    ::posix_spawnattr_setsigmask(&attributes, &none);
+    ::posix_spawnattr_setsigdefault(&attributes, &all);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
     pid_t pid = 0;
     const int rc =
-        ::posix_spawnp(&pid, words.we_wordv[0], &actions, nullptr, words.we_wordv, environ);
+        ::posix_spawnp(&pid, words.we_wordv[0], &actions, &attributes, words.we_wordv, environ);
+    ::posix_spawnattr_destroy(&attributes);
     ::posix_spawn_file_actions_destroy(&actions);
     ::wordfree(&words);
     if (rc != 0) return 0;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <signal.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -33,6 +34,34 @@ TEST(Execute, StartsWaitsAndPassesQuotedArguments) {
     std::string text;
     std::getline(in, text);
     EXPECT_EQ(text, "two words");  // the wait covered the whole run
+}
+
+TEST(Execute, ChildStartsWithoutTheHostsBlockedOrIgnoredSignals) {
+    testing::TempDir dir;
+    const std::string out = dir.path() + "/status";
+    sigset_t usr1;
+    sigset_t before;
+    ::sigemptyset(&usr1);
+    ::sigaddset(&usr1, SIGUSR1);
+    ::pthread_sigmask(SIG_BLOCK, &usr1, &before);
+    struct sigaction ignore {};
+    struct sigaction previous {};
+    ignore.sa_handler = SIG_IGN;
+    ::sigaction(SIGPIPE, &ignore, &previous);
+    const std::wstring line =
+        L"sh -c 'grep -E \"SigBlk|SigIgn\" /proc/$$/status > " + detail::fromUtf8(out) + L"'";
+    EXPECT_EQ(execute(line.c_str(), 10000, false), 1);
+    ::sigaction(SIGPIPE, &previous, nullptr);
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    // The masks of /proc/<pid>/status, with bit n - 1 for signal n; signals 32 and 33 belong to
+    // the C library, which ignores them in every child it spawns.
+    std::ifstream in(out);
+    std::string blocked;
+    std::string ignored;
+    in >> blocked >> blocked >> ignored >> ignored;
+    constexpr unsigned long long kLibrarySignals = 0x180000000ull;
+    EXPECT_EQ(std::stoull(blocked, nullptr, 16) & ~kLibrarySignals, 0u) << blocked;
+    EXPECT_EQ(std::stoull(ignored, nullptr, 16) & ~kLibrarySignals, 0u) << ignored;
 }
 
 TEST(Execute, TimeoutZeroDoesNotWaitAndShortTimeoutGivesUp) {
