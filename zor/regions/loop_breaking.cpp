@@ -17,6 +17,10 @@ Pieces piecesOf(const CZorVertexArray& vl) {
     return out;
 }
 
+bool holds(const Box2d& b, const CZorPoint3d& p) {
+    return b.overlaps(Box2d{p.x, p.y, p.x, p.y});
+}
+
 // Splits list[at] at `p` as CZorVertexArray::breakVertex does. False when nothing was split.
 bool splitPiece(std::vector<CZorVertex>& list, std::size_t at, const CZorPoint3d& p) {
     CZorVertexArray one(list[at]);
@@ -35,13 +39,22 @@ bool breakPair(std::vector<CZorVertex>& aList, std::size_t ai, std::vector<CZorV
     const CZorVertex v = aList[ai];
     const CZorVertex& w = bList[bj];
     // Every rule needs the two pieces within tolerance of each other somewhere.
-    if (!segmentBox(v, margin).overlaps(segmentBox(w, margin))) return false;
-    if (v.intersectWith(hits, w, 0x002)) return splitPiece(aList, ai, hits[0]);
+    const Box2d vBox = segmentBox(v, margin);
+    const Box2d wBox = segmentBox(w, margin);
+    if (!vBox.overlaps(wBox)) return false;
+    // The flags only drop points, so without any contact at all neither crossing rule fires;
+    // and a start outside the other's box can't lie on it.
+    const bool touching = v.intersectWith(hits, w, 0);
+    if (touching && v.intersectWith(hits, w, 0x002)) return splitPiece(aList, ai, hits[0]);
     CZorPoint3d q = w.start;
-    if (v.isPoint(q) && q != v.start && q != v.end) return splitPiece(aList, ai, q);
-    if (v.intersectWith(hits, w, 0x004)) return splitPiece(bList, bj, hits[0]);
+    if (holds(vBox, q) && v.isPoint(q) && q != v.start && q != v.end) {
+        return splitPiece(aList, ai, q);
+    }
+    if (touching && v.intersectWith(hits, w, 0x004)) return splitPiece(bList, bj, hits[0]);
     q = v.start;
-    if (w.isPoint(q) && q != w.start && q != w.end) return splitPiece(bList, bj, q);
+    if (holds(wBox, q) && w.isPoint(q) && q != w.start && q != w.end) {
+        return splitPiece(bList, bj, q);
+    }
     return false;
 }
 
