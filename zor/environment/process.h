@@ -16,7 +16,8 @@ const wchar_t* version();
 void* runThread(unsigned long (*routine)(void*), void* argument, int priority, unsigned long flags);
 
 // Starts the program of `commandLine` (split into words as a shell would, without expanding
-// commands; the first word is searched in PATH) in the caller's working directory, and with a
+// commands; the first word is searched in PATH) in the caller's working directory, with no
+// descriptor but the standard three and with every signal at its default, and with a
 // `timeout` other than 0 waits up to that many milliseconds for it to end. 1 if the process
 // started, 0 if it didn't (a null or empty line, a line that can't be split, a program that can't
 // be run). The exit status isn't reported; a process still running is reaped when it ends.
