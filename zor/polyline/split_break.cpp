@@ -19,6 +19,9 @@ namespace ZOR {
 
 namespace {
 
+// Breaks of one pair of segments in a row before the walk moves on regardless.
+constexpr int kMaxReruns = 16;
+
 // Bookkeeping for breaking: which original segment each current piece came from. Pieces of one
 // original are contiguous and in order, so the position of an original's first piece is found
 // by bisection.
@@ -311,8 +314,15 @@ bool g_vl_break(CZorVertexArray& a, CZorVertexArray& b, int flags) {
         index.query(detail::segmentBox(a[i], margin), candidates);
         for (const int original : candidates) {
             int j = bPieces.firstPiece(original);
+            int reruns = 0;
             while (j < b.len() && bPieces.origin(j) == original) {
-                if (!breakPair(a, b, i, j, flags, &aPieces, &bPieces)) ++j;
+                // Two segments cross at most twice, so a pair reruns only a few times; a pair
+                // that keeps breaking is degenerate input (a NaN bulge, say) and is left.
+                if (breakPair(a, b, i, j, flags, &aPieces, &bPieces) && ++reruns <= kMaxReruns) {
+                    continue;
+                }
+                ++j;
+                reruns = 0;
             }
         }
     }
