@@ -59,10 +59,15 @@ bool breakPair(std::vector<CZorVertex>& aList, std::size_t ai, std::vector<CZorV
 }
 
 void flatten(const Pieces& pieces, CZorVertexArray& vl) {
+    std::size_t total = 0;
+    for (const auto& list : pieces) total += list.size();
+    if (total == static_cast<std::size_t>(vl.len())) return;  // nothing was broken
     CZorVertexArray out;
     out.setNormal(vl.normal());
+    out.setLogicalLength(static_cast<int>(total));
+    int k = 0;
     for (const auto& list : pieces) {
-        for (const CZorVertex& s : list) out.append(s);
+        for (const CZorVertex& s : list) out[k++] = s;
     }
     vl = out;
 }
