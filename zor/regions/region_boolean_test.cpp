@@ -227,6 +227,24 @@ TEST(RegionBoolean, ListDifferences) {
     EXPECT_EQ(ox[0].len(), 1u);
 }
 
+TEST(RegionBoolean, ShortSegmentLowersTheToleranceOnlyForTheCall) {
+    // A step of 2e-6 on the bottom edge, below the tolerance divided by the factor.
+    Loop a;
+    a.append(CZorVertex(CZorPoint3d(0, 0, 0), CZorPoint3d(5, 0, 0), 0.0));
+    a.append(CZorVertex(CZorPoint3d(5, 0, 0), CZorPoint3d(5, 2e-6, 0), 0.0));
+    a.append(CZorVertex(CZorPoint3d(5, 2e-6, 0), CZorPoint3d(10, 2e-6, 0), 0.0));
+    a.append(CZorVertex(CZorPoint3d(10, 2e-6, 0), CZorPoint3d(10, 10, 0), 0.0));
+    a.append(CZorVertex(CZorPoint3d(10, 10, 0), CZorPoint3d(0, 10, 0), 0.0));
+    a.append(CZorVertex(CZorPoint3d(0, 10, 0), CZorPoint3d(0, 0, 0), 0.0));
+    const double before = CZorPoint3d::tol;
+    Regions out;
+    ASSERT_TRUE(g_region_union(region(a), region(rect(5, 5, 15, 15)), out));
+    EXPECT_EQ(CZorPoint3d::tol, before);
+    ASSERT_EQ(out.len(), 1u);
+    EXPECT_NEAR(area(out), 175.0, 1e-4);
+    EXPECT_TRUE(allAtRest(out));
+}
+
 TEST(RegionBoolean, ArcsAndHoles) {
     const Region a = region(circle(0, 0, 10), circle(0, 0, 3));
     const Region b = region(rect(-20, -1, 20, 1));
