@@ -2,6 +2,8 @@
 
 #include <cmath>
 #include <numbers>
+#include <random>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -10,171 +12,160 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 const double kSin60 = std::sqrt(3.0) / 2;
+using P = CZorPoint3d;
 
-::testing::AssertionResult at(const CZorPoint3d& p, double x, double y, double z = 0.0) {
-    if (std::fabs(p.x - x) < 1e-9 && std::fabs(p.y - y) < 1e-9 && std::fabs(p.z - z) < 1e-9) {
-        return ::testing::AssertionSuccess();
-    }
-    return ::testing::AssertionFailure() << "(" << p.x << ", " << p.y << ", " << p.z << ")";
+bool near(const P& p, const P& q) {
+    return std::fabs(p.x - q.x) < 1e-9 && std::fabs(p.y - q.y) < 1e-9 &&
+           std::fabs(p.z - q.z) < 1e-9;
 }
 
-CZorPoint3dArray prefilled() {
-    CZorPoint3dArray list;
-    list.append(CZorPoint3d(99, 99, 99));
-    return list;
-}
-
-// Restores the process-wide point tolerance whatever a test does to it.
+// Restores the process-wide point tolerance whatever a test does to it. The list starts with
+// one point, so that "left untouched" and "emptied" differ.
 class CircleTest : public ::testing::Test {
   protected:
+    // The call said true exactly when it found points, and the list holds these, in order.
+    ::testing::AssertionResult gives(bool result, const std::vector<P>& expected) const {
+        bool same = result == !expected.empty() && list_.len() == static_cast<int>(expected.size());
+        for (int i = 0; same && i < list_.len(); ++i) same = near(list_[i], expected[i]);
+        if (same) return ::testing::AssertionSuccess();
+        auto failure = ::testing::AssertionFailure() << result << ":";
+        for (int i = 0; i < list_.len(); ++i) failure << " " << list_[i].x << "," << list_[i].y;
+        return failure;
+    }
     CZorPoint3dTol restore_;
-    CZorPoint3dArray list_ = prefilled();
+    CZorPoint3dArray list_ = CZorPoint3dArray().append(P(99, 99, 99));
 };
 
-TEST_F(CircleTest, CircleCircleTouchWithinTolerance) {
-    const CZorPoint3d o(0, 0, 0);
-    EXPECT_TRUE(g_cci(list_, o, 1, CZorPoint3d(2, 0, 0), 1));
-    ASSERT_EQ(list_.len(), 1);
-    EXPECT_TRUE(at(list_[0], 1, 0));
-    EXPECT_TRUE(g_cci(list_, o, 1, CZorPoint3d(2 + 0.99e-5, 0, 0), 1));
-    EXPECT_FALSE(g_cci(list_, o, 1, CZorPoint3d(2 + 1.01e-5, 0, 0), 1));
-    EXPECT_TRUE(list_.isEmpty());
-    CZorPoint3dTol wide(1e-3);
-    EXPECT_TRUE(g_cci(list_, o, 1, CZorPoint3d(2.0009, 0, 0), 1));
+TEST_F(CircleTest, CircleCircle) {
+    const P o(0, 0, 0);
+    EXPECT_TRUE(gives(g_cci(list_, o, 1, P(2, 0, 0), 1), {{1, 0, 0}}));
+    EXPECT_TRUE(gives(g_cci(list_, o, 1, P(2 + 0.99e-5, 0, 0), 1), {{1, 0, 0}}));
+    EXPECT_TRUE(gives(g_cci(list_, o, 1, P(2 + 1.01e-5, 0, 0), 1), {}));
+    // Inner touch: the centre distance counts z, the point comes from the larger circle.
+    EXPECT_TRUE(gives(g_cci(list_, o, 2, P(0, 0, 1), 3), {{3, 0, 1}}));
+    EXPECT_TRUE(gives(g_cci(list_, o, 3, P(0, 0, 1), 2), {{3, 0, 0}}));
+    // Crossing: the point left of c1 -> c2 first, at the z of c1.
+    EXPECT_TRUE(
+        gives(g_cci(list_, P(0, 0, 3), 1, P(1, 0, 3), 1), {{0.5, kSin60, 3}, {0.5, -kSin60, 3}}));
+    // One circle twice: the point at angle 0 from c2. A point circle on the other, NaN.
+    EXPECT_TRUE(gives(g_cci(list_, P(1, 1, 0), 2, P(1, 1, 0), 2), {{3, 1, 0}}));
+    EXPECT_TRUE(gives(g_cci(list_, P(1, 1, 0), 1, P(1, 1, 0), 2), {}));
+    EXPECT_TRUE(gives(g_cci(list_, P(1, 0, 0), 0, o, 1), {{1, 0, 0}}));
+    EXPECT_TRUE(gives(g_cci(list_, P(NAN, 0, 0), 1, o, 1), {}));
+    // The inputs may be points of the result list.
+    list_ = CZorPoint3dArray().append(P(1, 0, 0)).append(o);
+    EXPECT_TRUE(
+        gives(g_cci(list_, list_[0], 1, list_[1], 1), {{0.5, -kSin60, 0}, {0.5, kSin60, 0}}));
 
-    // Inner touch; the distance of the centres is three-dimensional, and with the smaller
-    // circle first the point comes from the second centre, at its z.
-    EXPECT_TRUE(g_cci(list_, o, 2, CZorPoint3d(0, 0, 1), 3));
-    ASSERT_EQ(list_.len(), 1);
-    EXPECT_TRUE(at(list_[0], 3, 0, 1));
-    EXPECT_TRUE(g_cci(list_, o, 3, CZorPoint3d(0, 0, 1), 2));
-    EXPECT_TRUE(at(list_[0], 3, 0, 0));
-}
-
-TEST_F(CircleTest, CircleCircleCrossingGivesLeftPointFirst) {
-    EXPECT_TRUE(g_cci(list_, CZorPoint3d(0, 0, 3), 1, CZorPoint3d(1, 0, 3), 1));
-    ASSERT_EQ(list_.len(), 2);
-    EXPECT_TRUE(at(list_[0], 0.5, kSin60, 3));
-    EXPECT_TRUE(at(list_[1], 0.5, -kSin60, 3));
-    // Seen from the other centre, left is the other side.
-    EXPECT_TRUE(g_cci(list_, CZorPoint3d(1, 0, 0), 1, CZorPoint3d(0, 0, 0), 1));
-    EXPECT_TRUE(at(list_[0], 0.5, -kSin60));
-
-    // The results may overwrite their own inputs.
-    CZorPoint3dArray centres;
-    centres.append(CZorPoint3d(0, 0, 0)).append(CZorPoint3d(1, 0, 0));
-    EXPECT_TRUE(g_cci(centres, centres[0], 1, centres[1], 1));
-    EXPECT_TRUE(at(centres[1], 0.5, -kSin60));
-}
-
-TEST_F(CircleTest, CircleCircleDegenerate) {
-    // Equal circles on one centre: one point, at angle 0 from the second centre.
-    EXPECT_TRUE(g_cci(list_, CZorPoint3d(1, 1, 0), 2, CZorPoint3d(1, 1, 0), 2));
-    ASSERT_EQ(list_.len(), 1);
-    EXPECT_TRUE(at(list_[0], 3, 1));
-    EXPECT_FALSE(g_cci(list_, CZorPoint3d(1, 1, 0), 1, CZorPoint3d(1, 1, 0), 2));
-    EXPECT_TRUE(g_cci(list_, CZorPoint3d(1, 0, 0), 0, CZorPoint3d(0, 0, 0), 1));
-    EXPECT_TRUE(at(list_[0], 1, 0));
-    EXPECT_FALSE(g_cci(list_, CZorPoint3d(3, 0, 0), 0, CZorPoint3d(0, 0, 0), 1));
-    EXPECT_FALSE(g_cci(list_, CZorPoint3d(NAN, 0, 0), 1, CZorPoint3d(0, 0, 0), 1));
-
-    // With a tiny point tolerance the fixed angle bound 1e-5 / r1 decides about one point.
+    // A tiny point tolerance leaves the fixed angle bound 1e-5 / r1 to decide about one point.
     CZorPoint3dTol fine(1e-11);
-    EXPECT_TRUE(g_cci(list_, CZorPoint3d(0, 0, 0), 1, CZorPoint3d(2 - 4e-11, 0, 0), 1));
+    EXPECT_TRUE(g_cci(list_, o, 1, P(2 - 4e-11, 0, 0), 1));
     EXPECT_EQ(list_.len(), 1);  // half angle ~6.3e-6
-    EXPECT_TRUE(g_cci(list_, CZorPoint3d(0, 0, 0), 1, CZorPoint3d(2 - 4e-10, 0, 0), 1));
+    EXPECT_TRUE(g_cci(list_, o, 1, P(2 - 4e-10, 0, 0), 1));
     EXPECT_EQ(list_.len(), 2);  // half angle ~2e-5
+    CZorPoint3dTol wide(1e-3);
+    EXPECT_TRUE(g_cci(list_, o, 1, P(2.0009, 0, 0), 1));
 }
 
-TEST_F(CircleTest, CircleLineOrderFollowsTheDominantCoordinate) {
-    const CZorPoint3d c(0, 0, 4);
-    for (const double sense : {1.0, -1.0}) {
-        EXPECT_TRUE(
-            g_cli0(list_, c, 1, CZorPoint3d(-5 * sense, 0, 0), CZorPoint3d(5 * sense, 0, 0)));
-        ASSERT_EQ(list_.len(), 2);
-        EXPECT_TRUE(at(list_[0], -1, 0, 4));
-        EXPECT_TRUE(at(list_[1], 1, 0, 4));
-        EXPECT_TRUE(
-            g_cli0(list_, c, 1, CZorPoint3d(0, -5 * sense, 0), CZorPoint3d(0, 5 * sense, 0)));
-        EXPECT_TRUE(at(list_[0], 0, -1, 4));
-    }
-    // Exactly 45 degrees is x-dominant (ascending x); a hair steeper is y-dominant.
+TEST_F(CircleTest, CircleLine) {
+    // Ascending in the dominant coordinate whichever way the line runs, at the centre's z;
+    // exactly 45 degrees goes by x, a hair steeper by y.
+    const P c(0, 0, 4);
+    EXPECT_TRUE(gives(g_cli0(list_, c, 1, P(-5, 0, 0), P(5, 0, 0)), {{-1, 0, 4}, {1, 0, 4}}));
+    EXPECT_TRUE(gives(g_cli0(list_, c, 1, P(5, 0, 0), P(-5, 0, 0)), {{-1, 0, 4}, {1, 0, 4}}));
+    EXPECT_TRUE(gives(g_cli0(list_, c, 1, P(0, 5, 0), P(0, -5, 0)), {{0, -1, 4}, {0, 1, 4}}));
     const double h = std::sqrt(0.5);
-    const CZorPoint3d o(0, 0, 0);
-    EXPECT_TRUE(g_cli0(list_, o, 1, CZorPoint3d(2, -2, 0), CZorPoint3d(-2, 2, 0)));
-    EXPECT_TRUE(at(list_[0], -h, h));
-    EXPECT_TRUE(g_cli0(list_, o, 1, CZorPoint3d(2, -2.001, 0), CZorPoint3d(-2, 2.001, 0)));
+    const P o(0, 0, 0);
+    EXPECT_TRUE(gives(g_cli0(list_, o, 1, P(2, -2, 0), P(-2, 2, 0)), {{-h, h, 0}, {h, -h, 0}}));
+    EXPECT_TRUE(g_cli0(list_, o, 1, P(2, -2.001, 0), P(-2, 2.001, 0)));
     EXPECT_LT(list_[0].y, 0.0);
-}
 
-TEST_F(CircleTest, CircleLineTangencyWithinTolerance) {
-    const auto lineAt = [&](double y) {
-        return g_cli0(list_, CZorPoint3d(0, 0, 0), 1, CZorPoint3d(-3, y, 0), CZorPoint3d(3, y, 0));
-    };
-    EXPECT_TRUE(lineAt(1 + 0.9e-5));
-    ASSERT_EQ(list_.len(), 1);
-    EXPECT_NEAR(list_[0].x, 0.0, 1e-9);
-    EXPECT_FALSE(lineAt(1 + 1.1e-5));
-    EXPECT_TRUE(list_.isEmpty());
-    // From inside, the two roots merge only within half the tolerance.
-    EXPECT_TRUE(lineAt(1 - 1e-11));
-    EXPECT_EQ(list_.len(), 1);
+    // Tangent from outside within the tolerance; from inside the roots merge within half of it.
+    const auto lineAt = [&](double y) { return g_cli0(list_, o, 1, P(-3, y, 0), P(3, y, 0)); };
+    EXPECT_TRUE(gives(lineAt(1 + 0.9e-5), {{0, 1 + 0.9e-5, 0}}));
+    EXPECT_TRUE(gives(lineAt(1 + 1.1e-5), {}));
+    EXPECT_TRUE(gives(lineAt(1 - 1e-11), {{0, 1, 0}}));
     EXPECT_TRUE(lineAt(1 - 1e-9));
     EXPECT_EQ(list_.len(), 2);
-
-    // A line through two identical points is none; a point circle on a line is touched once.
-    EXPECT_FALSE(
-        g_cli0(list_, CZorPoint3d(0, 0, 0), 1, CZorPoint3d(1, 0, 0), CZorPoint3d(1, 0, 0)));
-    EXPECT_TRUE(g_cli0(list_, CZorPoint3d(2, 0, 0), 0, CZorPoint3d(0, 0, 0), CZorPoint3d(5, 0, 0)));
-    EXPECT_EQ(list_.len(), 1);
+    // Two equal points make no line; a point circle on the line is touched once.
+    EXPECT_TRUE(gives(g_cli0(list_, o, 1, P(1, 0, 0), P(1, 0, 0)), {}));
+    EXPECT_TRUE(gives(g_cli0(list_, P(2, 0, 0), 0, o, P(5, 0, 0)), {{2, 0, 0}}));
 }
 
 TEST_F(CircleTest, SegmentAndArcFilters) {
-    const CZorPoint3d c(0, 0, 0);
-    // The segment form leaves its list alone when the infinite line misses...
-    EXPECT_FALSE(g_cli(list_, c, 1, CZorPoint3d(-3, 1 + 2e-5, 0), CZorPoint3d(3, 1 + 2e-5, 0)));
-    EXPECT_EQ(list_[0].x, 99.0);
-    // ...and empties it when the segment stops short.
-    EXPECT_FALSE(g_cli(list_, c, 1, CZorPoint3d(-0.5, 0, 0), CZorPoint3d(0.5, 0, 0)));
-    EXPECT_TRUE(list_.isEmpty());
-    EXPECT_TRUE(g_cli(list_, c, 1, CZorPoint3d(0, 0, 0), CZorPoint3d(-5, 0, 0)));
-    ASSERT_EQ(list_.len(), 1);
-    EXPECT_TRUE(at(list_[0], -1, 0));
+    const P c(0, 0, 0);
+    // g_cli leaves its list alone when the infinite line misses, and empties it when the
+    // segment stops short.
+    EXPECT_FALSE(g_cli(list_, c, 1, P(-3, 1 + 2e-5, 0), P(3, 1 + 2e-5, 0)));
+    EXPECT_TRUE(gives(true, {{99, 99, 99}}));
+    EXPECT_TRUE(gives(g_cli(list_, c, 1, P(-0.5, 0, 0), P(0.5, 0, 0)), {}));
+    EXPECT_TRUE(gives(g_cli(list_, c, 1, P(0, 0, 0), P(-5, 0, 0)), {{-1, 0, 0}}));
 
-    EXPECT_TRUE(g_ali(list_, c, 1, 0, kPi, CZorPoint3d(3, 0.5, 0), CZorPoint3d(-3, 0.5, 0)));
-    ASSERT_EQ(list_.len(), 2);
-    EXPECT_TRUE(at(list_[0], -kSin60, 0.5));
-    EXPECT_FALSE(g_ali(list_, c, 1, kPi, 0, CZorPoint3d(3, 0.5, 0), CZorPoint3d(-3, 0.5, 0)));
-    list_ = prefilled();
-    EXPECT_FALSE(g_ali(list_, c, 1, 0, kPi, CZorPoint3d(3, 5, 0), CZorPoint3d(-3, 5, 0)));
-    EXPECT_TRUE(list_.isEmpty());
+    EXPECT_TRUE(gives(g_ali(list_, c, 1, 0, kPi, P(3, 0.5, 0), P(-3, 0.5, 0)),
+                      {{-kSin60, 0.5, 0}, {kSin60, 0.5, 0}}));
+    EXPECT_TRUE(gives(g_ali(list_, c, 1, kPi, 0, P(3, 0.5, 0), P(-3, 0.5, 0)), {}));
+    list_.append(c);
+    EXPECT_TRUE(gives(g_ali(list_, c, 1, 0, kPi, P(3, 5, 0), P(-3, 5, 0)), {}));  // emptied
 
     // Circle with arc: true even when nothing is found.
-    EXPECT_TRUE(g_cai(list_, CZorPoint3d(1, 0, 0), 1, c, 1, kPi, 2 * kPi - 0.1));
-    ASSERT_EQ(list_.len(), 1);
-    EXPECT_TRUE(at(list_[0], 0.5, -kSin60));
-    EXPECT_TRUE(g_cai(list_, CZorPoint3d(5, 0, 0), 1, c, 1, 0, kPi));
+    EXPECT_TRUE(g_cai(list_, P(1, 0, 0), 1, c, 1, kPi, 2 * kPi - 0.1));
+    EXPECT_TRUE(gives(true, {{0.5, -kSin60, 0}}));
+    EXPECT_TRUE(g_cai(list_, P(5, 0, 0), 1, c, 1, 0, kPi));
     EXPECT_TRUE(list_.isEmpty());
 }
 
 TEST_F(CircleTest, ArcArc) {
-    const CZorPoint3d c(0, 0, 0);
-    EXPECT_TRUE(g_aai(list_, c, 1, 0, kPi, CZorPoint3d(1, 0, 0), 1, 0, 2 * kPi - 0.01));
-    ASSERT_EQ(list_.len(), 1);
-    EXPECT_TRUE(at(list_[0], 0.5, kSin60));
-    EXPECT_FALSE(g_aai(list_, c, 1, kPi / 2, kPi, CZorPoint3d(1, 0, 0), 1, 0, kPi));
-    // One centre (within tolerance): the shared end points in the first arc's order.
-    EXPECT_TRUE(g_aai(list_, c, 1, 0, kPi, CZorPoint3d(5e-6, 0, 0), 1, kPi, 0));
-    ASSERT_EQ(list_.len(), 2);
-    EXPECT_TRUE(at(list_[0], 1, 0));
-    EXPECT_TRUE(at(list_[1], -1, 0));
-    EXPECT_TRUE(g_aai(list_, c, 1, 0, kPi / 2, c, 1, kPi / 2, kPi));
-    EXPECT_EQ(list_.len(), 1);
-    EXPECT_FALSE(g_aai(list_, c, 1, 0, kPi, c, 2, 0, kPi));
+    const P c(0, 0, 0);
+    EXPECT_TRUE(
+        gives(g_aai(list_, c, 1, 0, kPi, P(1, 0, 0), 1, 0, 2 * kPi - 0.01), {{0.5, kSin60, 0}}));
+    EXPECT_TRUE(gives(g_aai(list_, c, 1, kPi / 2, kPi, P(1, 0, 0), 1, 0, kPi), {}));
+    // One centre within the tolerance: the shared end points, in the first arc's order.
+    EXPECT_TRUE(
+        gives(g_aai(list_, c, 1, 0, kPi, P(5e-6, 0, 0), 1, kPi, 0), {{1, 0, 0}, {-1, 0, 0}}));
+    EXPECT_TRUE(gives(g_aai(list_, c, 1, 0, kPi, c, 2, 0, kPi), {}));
+}
+
+// The common end points of concentric arcs by the two passes as first written: the first arc's
+// ends that the second's contain, then the second's that the first's contain and that are not
+// yet in the result.
+CZorPoint3dArray commonEnds(const CZorPoint3dArray& first, const CZorPoint3dArray& second) {
+    CZorPoint3dArray out;
+    for (int i = 0; i < first.len(); ++i) {
+        if (second.indexOf(first[i]) >= 0) out.append(first[i]);
+    }
+    for (int i = 0; i < second.len(); ++i) {
+        if (first.indexOf(second[i]) >= 0 && out.indexOf(second[i]) < 0) out.append(second[i]);
+    }
+    return out;
+}
+
+TEST_F(CircleTest, ConcentricArcsEqualTheTwoPassRule) {
+    // Centres, radii and angles jittered around the tolerance, so that end points match, miss,
+    // and reach two others at once.
+    std::mt19937 rng(5);
+    std::uniform_int_distribution<int> slot(0, 2);
+    std::uniform_real_distribution<double> unit(-1.0, 1.0);
+    int found = 0;
+    for (int round = 0; round < 300; ++round) {
+        const P c1(unit(rng), unit(rng), 0);
+        const P c2 = c1 + CZorVector3d(unit(rng), unit(rng), unit(rng)) * 4e-6;
+        const double r1 = 2 + unit(rng) * 3e-6;
+        const double r2 = 2 + unit(rng) * 3e-6;
+        const auto angleAt = [&] { return slot(rng) * kPi / 2 + unit(rng) * 6e-6; };
+        const double a[4] = {angleAt(), angleAt(), angleAt(), angleAt()};
+        const CZorPoint3dArray expected =
+            commonEnds(CZorPoint3dArray().append(polar(c1, a[0], r1)).append(polar(c1, a[1], r1)),
+                       CZorPoint3dArray().append(polar(c2, a[2], r2)).append(polar(c2, a[3], r2)));
+        EXPECT_EQ(g_aai(list_, c1, r1, a[0], a[1], c2, r2, a[2], a[3]), !expected.isEmpty());
+        ASSERT_EQ(list_.len(), expected.len()) << round;
+        for (int i = 0; i < list_.len(); ++i) EXPECT_TRUE(near(list_[i], expected[i])) << round;
+        found += expected.len();
+    }
+    EXPECT_GT(found, 100);
 }
 
 TEST_F(CircleTest, PointOnArc) {
-    const CZorPoint3d c(1, 1, 0);
+    const P c(1, 1, 0);
     const auto on = [&](double a0, double a1, double w, double r = 1.0) {
         return g_arc_pt(c, 1, a0, a1, polar(c, w, r));
     };
@@ -191,78 +182,61 @@ TEST_F(CircleTest, PointOnArc) {
 }
 
 TEST_F(CircleTest, PerpendicularOrientationTangentPoint) {
-    const CZorPoint3d a(0, 0, 0);
-    const CZorPoint3d b(10, 0, 0);
-    EXPECT_DOUBLE_EQ(g_lot(a, b, CZorPoint3d(3, 2, 5)), kPi / 2);
-    EXPECT_DOUBLE_EQ(g_lot(a, b, CZorPoint3d(3, -2, -5)), 3 * kPi / 2);
-    EXPECT_EQ(g_point_orient(a, b, CZorPoint3d(5, -1, 0)), -1);
-    EXPECT_EQ(g_point_orient(a, b, CZorPoint3d(-20, 0, 0)), 1);
-
-    const CZorPoint3d p(2, 0, 0);
-    EXPECT_TRUE(at(g_nm_pkt_tan(p, a, 1), 0.5, -kSin60));
-    EXPECT_TRUE(at(g_nm_pkt_tan(p, a, -1), 0.5, kSin60));
-    EXPECT_TRUE(std::isnan(g_nm_pkt_tan(CZorPoint3d(0.5, 0, 0), a, 1).x));
+    const P a(0, 0, 0);
+    const P b(10, 0, 0);
+    EXPECT_DOUBLE_EQ(g_lot(a, b, P(3, 2, 5)), kPi / 2);
+    EXPECT_DOUBLE_EQ(g_lot(a, b, P(3, -2, -5)), 3 * kPi / 2);
+    EXPECT_EQ(g_point_orient(a, b, P(5, -1, 0)), -1);
+    EXPECT_EQ(g_point_orient(a, b, P(-20, 0, 0)), 1);
+    EXPECT_TRUE(near(g_nm_pkt_tan(P(2, 0, 0), a, 1), P(0.5, -kSin60, 0)));
+    EXPECT_TRUE(near(g_nm_pkt_tan(P(2, 0, 0), a, -1), P(0.5, kSin60, 0)));
+    EXPECT_TRUE(std::isnan(g_nm_pkt_tan(P(0.5, 0, 0), a, 1).x));
 }
 
 TEST_F(CircleTest, ThreePointArcs) {
-    CZorPoint3d out(7, 7, 7);
-    EXPECT_TRUE(g_arc3p_cen(CZorPoint3d(4, 2, 0), CZorPoint3d(2, 4, 0), CZorPoint3d(0, 2, 0), out));
-    EXPECT_TRUE(at(out, 2, 2));
-    out = CZorPoint3d(7, 7, 7);
-    EXPECT_FALSE(
-        g_arc3p_cen(CZorPoint3d(1, 0, 0), CZorPoint3d(1, 5e-6, 0), CZorPoint3d(3, 3, 0), out));
-    EXPECT_FALSE(
-        g_arc3p_cen(CZorPoint3d(0, 0, 0), CZorPoint3d(1, 1, 0), CZorPoint3d(3, 3, 0), out));
-    EXPECT_FALSE(
-        g_arc3p_cen(CZorPoint3d(0, 0, 0), CZorPoint3d(1, 1, 0), CZorPoint3d(0, 0, 0), out));
+    P out(7, 7, 7);
+    EXPECT_FALSE(g_arc3p_cen(P(0, 0, 0), P(1, 1, 0), P(3, 3, 0), out));  // collinear
+    EXPECT_FALSE(g_arc3p_cen(P(0, 0, 0), P(1, 1, 0), P(0, 0, 0), out));
+    EXPECT_FALSE(g_arc3p_cen(P(1, 0, 0), P(1, 5e-6, 0), P(3, 3, 0), out));
     EXPECT_EQ(out.x, 7.0);
-    EXPECT_TRUE(
-        g_arc3p_tan(CZorPoint3d(1, 0, 0), CZorPoint3d(0.6, 0.8, 0), CZorPoint3d(-1, 0, 0), out));
-    EXPECT_TRUE(at(out, 0.6, 0));
+    EXPECT_TRUE(g_arc3p_cen(P(4, 2, 0), P(2, 4, 0), P(0, 2, 0), out));
+    EXPECT_TRUE(near(out, P(2, 2, 0)));
+    EXPECT_TRUE(g_arc3p_tan(P(1, 0, 0), P(0.6, 0.8, 0), P(-1, 0, 0), out));
+    EXPECT_TRUE(near(out, P(0.6, 0, 0)));
 
-    double bulge = 5.0;
-    const auto bulgeOf = [&](CZorPoint3d p0, CZorPoint3d p1, CZorPoint3d p2) {
-        return g_arc3p_bulg(p0, p1, p2, bulge) ? bulge : 5.0;
+    const auto bulgeOf = [](P p0, P p1, P p2) {
+        double bulge = 5.0;
+        return g_arc3p_bulg(p0, p1, p2, bulge) ? bulge : -5.0;
     };
     EXPECT_NEAR(bulgeOf({-1, 0, 0}, {0, -1, 0}, {1, 0, 0}), 1.0, 1e-12);
     EXPECT_NEAR(bulgeOf({-1, 0, 0}, {0, 1, 0}, {1, 0, 0}), -1.0, 1e-12);
     EXPECT_NEAR(bulgeOf({1, 0, 0}, {-1, 0, 0}, {0, -1, 0}), std::tan(3 * kPi / 8), 1e-12);
-    bulge = 5.0;
-    EXPECT_FALSE(
-        g_arc3p_bulg(CZorPoint3d(0, 0, 0), CZorPoint3d(1, 0, 0), CZorPoint3d(2, 0, 0), bulge));
-    EXPECT_EQ(bulge, 5.0);
+    EXPECT_EQ(bulgeOf({0, 0, 0}, {1, 0, 0}, {2, 0, 0}), -5.0);
 
-    const CZorPoint3d e(1, 0, 0);
-    const CZorPoint3d n(0, 1, 0);
-    const CZorPoint3d w(-1, 0, 0);
-    EXPECT_TRUE(g_arc3p_orient(e, n, w, CZorPoint3d::kOrigin));
-    EXPECT_FALSE(g_arc3p_orient(e, w, n, CZorPoint3d::kOrigin));
-    EXPECT_FALSE(g_arc3p_orient(e, n, n, CZorPoint3d::kOrigin));
+    EXPECT_TRUE(g_arc3p_orient(P(1, 0, 0), P(0, 1, 0), P(-1, 0, 0), P::kOrigin));
+    EXPECT_FALSE(g_arc3p_orient(P(1, 0, 0), P(-1, 0, 0), P(0, 1, 0), P::kOrigin));
+    EXPECT_FALSE(g_arc3p_orient(P(1, 0, 0), P(0, 1, 0), P(0, 1, 0), P::kOrigin));
 }
 
 TEST_F(CircleTest, Bulges) {
     EXPECT_EQ(g_arc_bulg(1.0, 1.0), 0.0);
     EXPECT_DOUBLE_EQ(g_arc_bulg(3 * kPi / 2, kPi / 2), 1.0);
-    EXPECT_DOUBLE_EQ(g_arc_bulg(kPi / 2, 0), std::tan(3 * kPi / 8));
+    EXPECT_DOUBLE_EQ(g_arcmp_bulg(P(1, 0, 0), P(1, 1, 0), P(2, 0, 0)), std::tan(3 * kPi / 8));
+    EXPECT_DOUBLE_EQ(g_bulg_len(P(0, 2, 0), P(2, 0, 0), P(0, 0, 0)), 3 * kPi);
 
-    const CZorPoint3d p0(0, 0, 0);
-    const CZorPoint3d p1(2, 0, 0);
+    const P p0(0, 0, 0);
+    const P p1(2, 0, 0);
     double b = 9.0;
-    EXPECT_TRUE(g_arcrad_bulg(b, p0, p1, -1.0));
-    EXPECT_DOUBLE_EQ(b, -1.0);
-    EXPECT_TRUE(g_arcrad_bulg(b, p0, p1, -2.0));
-    EXPECT_DOUBLE_EQ(b, -2.0 - std::sqrt(3.0));
-    b = 9.0;
     EXPECT_FALSE(g_arcrad_bulg(b, p0, p1, 0.999));
     EXPECT_FALSE(g_arcrad_bulg(b, p0, p0, 1.0));  // a zero chord carries no arc
     EXPECT_EQ(b, 9.0);
     EXPECT_TRUE(g_arcrad_bulg(b, p0, p1, 0.0));
     EXPECT_EQ(b, 0.0);
     EXPECT_DOUBLE_EQ(g_arcrad_bulg(p0, p1, 1.0), 1.0);
+    EXPECT_DOUBLE_EQ(g_arcrad_bulg(p0, p1, -1.0), -1.0);
+    EXPECT_DOUBLE_EQ(g_arcrad_bulg(p0, p1, -2.0), -2.0 - std::sqrt(3.0));
     EXPECT_TRUE(std::isnan(g_arcrad_bulg(p0, p1, 0.5)));
     EXPECT_TRUE(std::isnan(g_arcrad_bulg(p0, p1, NAN)));
-
-    EXPECT_DOUBLE_EQ(g_bulg_len(CZorPoint3d(0, 2, 0), CZorPoint3d(2, 0, 0), p0), 3 * kPi);
 }
 
 }  // namespace
