@@ -22,9 +22,10 @@ namespace ZOR {
 // Circle with circle. Circles touching from outside or inside within the point tolerance give
 // one point; so do equal circles on one centre (the point at angle 0 from c2). Crossing circles
 // give first the point left of the line from c1 to c2, then the one right of it, or one point
-// when the two lie within 1e-5 / r1 radians of that line. The distance of the centres counts
-// z; points lie at the z of c1 (of c2 for an inner touch with r1 <= r2). NaN input gives no
-// point. True when the list is not empty.
+// when the two lie within 1e-5 / r1 radians of that line (rounding that carries the circles a
+// hair past touching counts as a touch). The distance of the centres counts z; points lie at
+// the z of c1 (of c2 for an inner touch with r1 <= r2). NaN input gives no point. True when the
+// list is not empty.
 bool g_cci(CZorPoint3dArray& list, const CZorPoint3d& c1, double r1, const CZorPoint3d& c2,
            double r2);
 
@@ -103,7 +104,8 @@ double g_arcmp_bulg(const CZorPoint3d& c, const CZorPoint3d& p0, const CZorPoint
 
 // The bulge for the chord p0-p1 and radius `r`: a positive `r` gives the minor arc
 // counter-clockwise (at most 1), a negative one the major arc clockwise (at most -1). An `r` of
-// exactly 0 gives 0. False and `b` unchanged when the chord is longer than 2 |r|.
+// exactly 0 gives 0. False and `b` unchanged when the chord is longer than 2 |r|, and for a
+// chord of no length, whose bulge would be a NaN or an infinity.
 bool g_arcrad_bulg(double& b, const CZorPoint3d& p0, const CZorPoint3d& p1, double r);
 // The same as a value; nan() where the chord does not fit.
 double g_arcrad_bulg(const CZorPoint3d& p0, const CZorPoint3d& p1, double r);
