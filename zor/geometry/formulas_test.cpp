@@ -102,8 +102,9 @@ TEST(FormulaTest, GuardsAndArgumentOrder) {
     EXPECT_TRUE(std::isnan(g_fries_w(2, 1, -0.1)));
     EXPECT_FALSE(std::isnan(g_fries_w(2, 1, 0.8)));
     EXPECT_EQ(g_ellips_pt(3, 2, kPi / 2), 2.0);
-    EXPECT_DOUBLE_EQ(g_fries_r(2, 1, kPi), 5.0 / 8);  // flat: (a^2 + b^2) / (4a)
-    EXPECT_NE(g_fries_r(2, 1, 0.001), 5.0 / 8);       // the quadratic
+    EXPECT_DOUBLE_EQ(g_fries_r(2, 1, 0.0), 5.0 / 8);  // flat: (a^2 + b^2) / (4a)
+    EXPECT_DOUBLE_EQ(g_fries_r(2, 1, kPi), 5.0 / 8);
+    EXPECT_NE(g_fries_r(2, 1, 0.001), 5.0 / 8);  // the quadratic
     // Lines y = 4 and x = 2, r = 1: the first line is given y before x, the second x before y.
     const CZorPoint3d c = g_tang2_cen(0.0, 4.0, 0.0, 0.0, 2.0, 0.0, 1.0);
     EXPECT_DOUBLE_EQ(c.x, 3.0);
