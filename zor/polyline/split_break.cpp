@@ -19,15 +19,18 @@ namespace ZOR {
 
 namespace {
 
-// Breaks of one pair of segments in a row before the walk moves on regardless.
-constexpr int kMaxReruns = 16;
-
 // Bookkeeping for breaking: which original segment each current piece came from. Pieces of one
 // original are contiguous and in order, so the position of an original's first piece is found
 // by bisection.
+//
+// It also bounds the breaking. Two segments meet in at most two points (four ends of concentric
+// arcs), and each may hold the other's starts, so an original segment is broken at most a few
+// times per segment of the other polyline. Numerically degenerate input (a NaN or astronomic
+// bulge) can keep producing pieces that meet the other segment again; the budget stops that
+// without touching any sane result.
 class PieceMap {
   public:
-    explicit PieceMap(int n) : origin_(n) {
+    PieceMap(int n, int otherLength) : origin_(n), budget_(n, 8 * (otherLength + 1)) {
         for (int i = 0; i < n; ++i) origin_[i] = i;
     }
     int origin(int piece) const { return origin_[piece]; }
@@ -35,41 +38,46 @@ class PieceMap {
         return static_cast<int>(std::lower_bound(origin_.begin(), origin_.end(), original) -
                                 origin_.begin());
     }
-    void split(int piece) { origin_.insert(origin_.begin() + piece, origin_[piece]); }
+    bool mayBreak(int piece) const { return budget_[origin_[piece]] > 0; }
+    void split(int piece) {
+        --budget_[origin_[piece]];
+        origin_.insert(origin_.begin() + piece, origin_[piece]);
+    }
 
   private:
     std::vector<int> origin_;
+    std::vector<int> budget_;
 };
 
 // One pair of the breaking walk. Returns true when a segment was broken, in which case the same
 // pair runs again.
-bool breakPair(CZorVertexArray& a, CZorVertexArray& b, int i, int j, int flags, PieceMap* aPieces,
-               PieceMap* bPieces) {
+bool breakPair(CZorVertexArray& a, CZorVertexArray& b, int i, int j, int flags, PieceMap& aPieces,
+               PieceMap& bPieces) {
     CZorPoint3dArray hits;
     const CZorVertex v = a[i];
-    if (flags & 1) {
+    if ((flags & 1) && aPieces.mayBreak(i)) {
         if (v.intersectWith(hits, b[j], 0x002)) {
             a.breakVertex(i, hits[0]);
-            if (aPieces) aPieces->split(i);
+            aPieces.split(i);
             return true;
         }
         const CZorPoint3d q = b[j].start;
         if (a[i].isPoint(q) && q != a[i].start && q != a[i].end) {
             a.breakVertex(i, q);
-            if (aPieces) aPieces->split(i);
+            aPieces.split(i);
             return true;
         }
     }
-    if (flags & 2) {
+    if ((flags & 2) && bPieces.mayBreak(j)) {
         if (v.intersectWith(hits, b[j], 0x004)) {
             b.breakVertex(j, hits[0]);
-            if (bPieces) bPieces->split(j);
+            bPieces.split(j);
             return true;
         }
         const CZorPoint3d q = a[i].start;
         if (b[j].isPoint(q) && q != b[j].start && q != b[j].end) {
             b.breakVertex(j, q);
-            if (bPieces) bPieces->split(j);
+            bPieces.split(j);
             return true;
         }
     }
@@ -307,22 +315,15 @@ bool g_vl_break(CZorVertexArray& a, CZorVertexArray& b, int flags) {
     // pieces of each in order: the plain nested loop's order of work.
     const detail::SegmentIndex index(b);
     const double margin = detail::boxMargin();
-    PieceMap aPieces(a.len());
-    PieceMap bPieces(b.len());
+    PieceMap aPieces(a.len(), b.len());
+    PieceMap bPieces(b.len(), a.len());
     std::vector<int> candidates;
     for (int i = 0; i < a.len(); ++i) {
         index.query(detail::segmentBox(a[i], margin), candidates);
         for (const int original : candidates) {
             int j = bPieces.firstPiece(original);
-            int reruns = 0;
             while (j < b.len() && bPieces.origin(j) == original) {
-                // Two segments cross at most twice, so a pair reruns only a few times; a pair
-                // that keeps breaking is degenerate input (a NaN bulge, say) and is left.
-                if (breakPair(a, b, i, j, flags, &aPieces, &bPieces) && ++reruns <= kMaxReruns) {
-                    continue;
-                }
-                ++j;
-                reruns = 0;
+                if (!breakPair(a, b, i, j, flags, aPieces, bPieces)) ++j;
             }
         }
     }

@@ -196,6 +196,20 @@ TEST(BreakTest, PrunedBreakingEqualsThePlainLoopBitForBit) {
     EXPECT_GT(pieces, 100);  // the walks do cross, so the comparison has work to check
 }
 
+TEST(BreakTest, DegenerateBulgesEndTheWalk) {
+    // Rounding on astronomic circles and NaN arithmetic can make every piece meet the other
+    // segment again; the walk must still end, with a bounded number of pieces.
+    for (const double bulge : {1e12, -1e15, std::nan(""), 1e-300}) {
+        CZorVertexArray a;
+        a.append(CZorVertex(P(0, 0), P(4, 0.001), bulge));
+        a.append(CZorVertex(P(4, 0.001), P(8, 0), bulge));
+        CZorVertexArray b = Polygon({P(1, -3), P(2, 3), P(3, -3), P(6, 4)}, false);
+        ZOR::g_vl_break(a, b, 3);
+        EXPECT_LE(a.len(), 2 + 2 * 8 * (3 + 1));
+        EXPECT_LE(b.len(), 3 + 3 * 8 * (2 + 1));
+    }
+}
+
 TEST(BreakTest, PiecesBetweenPoints) {
     const CZorVertexArray vl = Polygon({P(0, 0), P(4, 0), P(4, 4)}, false);
     const CZorArrayTempl<CZorVertexArray> none = ZOR::g_vl_break(vl, Points({P(9, 9)}));
