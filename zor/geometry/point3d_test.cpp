@@ -6,6 +6,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <numbers>
 #include <stdexcept>
@@ -39,9 +40,11 @@ TEST_F(PointTest, EqualityIsEuclideanAndInclusiveOrderIsExact) {
     EXPECT_FALSE(o == P(1.1e-5, 0, 0));
     EXPECT_FALSE(o == P(0, 0, 1.1e-5));
     EXPECT_TRUE(o != P(0.8e-5, 0.8e-5, 0));  // each coordinate passes, the distance does not
-    CZorPoint3dTol wide(5.0);
-    EXPECT_TRUE(o == P(3, 4, 0));  // a distance of exactly tol
-    EXPECT_FALSE(o == P(3, std::nextafter(4.0, 5.0), 0));
+    {
+        CZorPoint3dTol wide(5.0);
+        EXPECT_TRUE(o == P(3, 4, 0));  // a distance of exactly tol
+        EXPECT_FALSE(o == P(3, std::nextafter(4.0, 5.0), 0));
+    }
 
     const P nan(kNan, 0, 0), copy(nan);  // NaN is equal only to the very same object
     EXPECT_TRUE(nan == nan);
