@@ -1,5 +1,7 @@
 #include "zor/text/string.h"
 
+#include "zor/text/utf8.h"
+
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
@@ -106,56 +108,8 @@ bool formatText(std::wstring& out, const wchar_t* fmt, std::va_list args) {
 // The longest expansion kept, in units without the terminator: the original expanded into 260.
 constexpr std::size_t kMaxExpansion = 259;
 
-std::string toUtf8(const std::wstring& text) {
-    std::string out;
-    for (wchar_t wc : text) {
-        const auto c = static_cast<std::uint32_t>(wc);
-        if (c < 0x80) {
-            out += static_cast<char>(c);
-        } else if (c < 0x800) {
-            out += static_cast<char>(0xC0 | (c >> 6));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        } else if (c < 0x10000) {
-            out += static_cast<char>(0xE0 | (c >> 12));
-            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        } else {
-            out += static_cast<char>(0xF0 | ((c >> 18) & 0x07));
-            out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        }
-    }
-    return out;
-}
-
-// Decodes UTF-8; a byte that doesn't start a well-formed sequence stands for itself, so no byte
-// of a value is lost.
-std::wstring fromUtf8(const char* text) {
-    std::wstring out;
-    const auto* p = reinterpret_cast<const unsigned char*>(text);
-    while (*p) {
-        const unsigned char lead = *p;
-        int extra = lead >= 0xF0 && lead < 0xF5 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC2 ? 1 : 0;
-        if (lead < 0x80 || lead > 0xF4) extra = 0;
-        std::uint32_t code = extra == 3 ? lead & 0x07u : extra == 2 ? lead & 0x0Fu : lead & 0x1Fu;
-        int i = 1;
-        for (; i <= extra && (p[i] & 0xC0) == 0x80; ++i) code = (code << 6) | (p[i] & 0x3Fu);
-        const bool shortest =
-            (extra == 2 && code >= 0x800) || (extra == 3 && code >= 0x10000) || extra == 1;
-        if (extra == 0 || i <= extra || !shortest || code > 0x10FFFF) {
-            out += static_cast<wchar_t>(lead);
-            ++p;
-        } else {
-            out += static_cast<wchar_t>(code);
-            p += extra + 1;
-        }
-    }
-    return out;
-}
-
 const char* lookUp(const std::wstring& name) {
-    return std::getenv(toUtf8(name).c_str());
+    return std::getenv(ZOR::detail::toUtf8(name).c_str());
 }
 
 std::optional<std::wstring> environmentValue(const std::wstring& name) {
@@ -170,7 +124,7 @@ std::optional<std::wstring> environmentValue(const std::wstring& name) {
         if (!value || !*value) value = "/tmp";
     }
     if (!value) return std::nullopt;
-    return fromUtf8(value);
+    return ZOR::detail::fromUtf8(value);
 }
 
 }  // namespace
