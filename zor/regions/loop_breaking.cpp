@@ -31,11 +31,17 @@ bool splitPiece(std::vector<CZorVertex>& list, std::size_t at, const CZorPoint3d
     return true;
 }
 
+// How often the pieces of one original segment may still be split: 8 times the other
+// polyline's length plus one, so that degenerate input can't keep a pair splitting forever.
+using Budgets = std::vector<int>;
+
 // One pair of the walk, piece `ai` of `aList` against piece `bj` of `bList`, in the order of the
 // breaking rules: a at crossings inside it, a at b's start, b at crossings inside it, b at a's
-// start. True when something was split, and the same pair runs again.
-bool breakPair(std::vector<CZorVertex>& aList, std::size_t ai, std::vector<CZorVertex>& bList,
-               std::size_t bj, double margin, CZorPoint3dArray& hits) {
+// start, each side only while its budget lasts. True when something was split, and the same
+// pair runs again.
+bool breakPair(std::vector<CZorVertex>& aList, std::size_t ai, int& aBudget,
+               std::vector<CZorVertex>& bList, std::size_t bj, int& bBudget, double margin,
+               CZorPoint3dArray& hits) {
     const CZorVertex v = aList[ai];
     const CZorVertex& w = bList[bj];
     // Every rule needs the two pieces within tolerance of each other somewhere.
@@ -45,15 +51,27 @@ bool breakPair(std::vector<CZorVertex>& aList, std::size_t ai, std::vector<CZorV
     // The flags only drop points, so without any contact at all neither crossing rule fires;
     // and a start outside the other's box can't lie on it.
     const bool touching = v.intersectWith(hits, w, 0);
-    if (touching && v.intersectWith(hits, w, 0x002)) return splitPiece(aList, ai, hits[0]);
-    CZorPoint3d q = w.start;
-    if (holds(vBox, q) && v.isPoint(q) && q != v.start && q != v.end) {
-        return splitPiece(aList, ai, q);
+    if (aBudget > 0) {
+        if (touching && v.intersectWith(hits, w, 0x002)) {
+            --aBudget;
+            return splitPiece(aList, ai, hits[0]);
+        }
+        const CZorPoint3d q = w.start;
+        if (holds(vBox, q) && v.isPoint(q) && q != v.start && q != v.end) {
+            --aBudget;
+            return splitPiece(aList, ai, q);
+        }
     }
-    if (touching && v.intersectWith(hits, w, 0x004)) return splitPiece(bList, bj, hits[0]);
-    q = v.start;
-    if (holds(wBox, q) && w.isPoint(q) && q != w.start && q != w.end) {
-        return splitPiece(bList, bj, q);
+    if (bBudget > 0) {
+        if (touching && v.intersectWith(hits, w, 0x004)) {
+            --bBudget;
+            return splitPiece(bList, bj, hits[0]);
+        }
+        const CZorPoint3d q = v.start;
+        if (holds(wBox, q) && w.isPoint(q) && q != w.start && q != w.end) {
+            --bBudget;
+            return splitPiece(bList, bj, q);
+        }
     }
     return false;
 }
@@ -80,16 +98,22 @@ void breakBoth(CZorVertexArray& a, CZorVertexArray& b) {
     const double margin = boxMargin();
     Pieces aPieces = piecesOf(a);
     Pieces bPieces = piecesOf(b);
+    Budgets aBudgets(aPieces.size(), 8 * (b.len() + 1));
+    Budgets bBudgets(bPieces.size(), 8 * (a.len() + 1));
     std::vector<int> candidates;
     CZorPoint3dArray hits;
-    for (auto& aList : aPieces) {
+    for (std::size_t original = 0; original < aPieces.size(); ++original) {
+        std::vector<CZorVertex>& aList = aPieces[original];
         for (std::size_t t = 0; t < aList.size(); ++t) {
             index.query(segmentBox(aList[t], margin), candidates);
-            for (const int original : candidates) {
-                std::vector<CZorVertex>& bList = bPieces[original];
+            for (const int other : candidates) {
+                std::vector<CZorVertex>& bList = bPieces[other];
                 std::size_t j = 0;
                 while (j < bList.size()) {
-                    if (!breakPair(aList, t, bList, j, margin, hits)) ++j;
+                    if (!breakPair(aList, t, aBudgets[original], bList, j, bBudgets[other], margin,
+                                   hits)) {
+                        ++j;
+                    }
                 }
             }
         }

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <random>
 
@@ -164,12 +165,16 @@ TEST(RegionIndex, PointGridFindsEveryPointWithinTolerance) {
 
 namespace {
 
+bool same(double x, double y) {
+    return x == y || (std::isnan(x) && std::isnan(y));
+}
+
 bool sameExactly(const CZorVertexArray& a, const CZorVertexArray& b) {
     if (a.len() != b.len()) return false;
     for (int i = 0; i < a.len(); ++i) {
         const CZorVertex &s = a[i], &t = b[i];
-        if (s.start.x != t.start.x || s.start.y != t.start.y || s.end.x != t.end.x ||
-            s.end.y != t.end.y || s.bulge != t.bulge || s.tag != t.tag) {
+        if (!same(s.start.x, t.start.x) || !same(s.start.y, t.start.y) || !same(s.end.x, t.end.x) ||
+            !same(s.end.y, t.end.y) || !same(s.bulge, t.bulge) || s.tag != t.tag) {
             return false;
         }
     }
@@ -192,6 +197,25 @@ TEST(RegionIndex, BreakingEqualsThePlainWalk) {
         ZOR::detail::breakBoth(a, b);
         ASSERT_TRUE(sameExactly(a, pa)) << "round " << round;
         ASSERT_TRUE(sameExactly(b, pb)) << "round " << round;
+    }
+    // Degenerate bulges, where every piece may meet the other segment again until the bound on
+    // the splits ends the walk.
+    for (const double bulge : {1e12, -1e15, std::nan(""), 1e-300}) {
+        CZorVertexArray a;
+        a.append(CZorVertex(CZorPoint3d(0, 0, 0), CZorPoint3d(4, 0.001, 0), bulge));
+        a.append(CZorVertex(CZorPoint3d(4, 0.001, 0), CZorPoint3d(8, 0, 0), bulge));
+        CZorVertexArray b;
+        b.fromPoints(CZorPoint3dArray()
+                         .append(CZorPoint3d(1, -3, 0))
+                         .append(CZorPoint3d(2, 3, 0))
+                         .append(CZorPoint3d(3, -3, 0))
+                         .append(CZorPoint3d(6, 4, 0)),
+                     false);
+        CZorVertexArray pa = a, pb = b;
+        ZOR::g_vl_break(pa, pb, 3);
+        ZOR::detail::breakBoth(a, b);
+        EXPECT_TRUE(sameExactly(a, pa)) << bulge;
+        EXPECT_TRUE(sameExactly(b, pb)) << bulge;
     }
 }
 
