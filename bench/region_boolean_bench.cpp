@@ -6,7 +6,6 @@
 
 #include <cmath>
 
-#include "zor/polyline/offset.h"
 #include "zor/regions/region_boolean.h"
 
 namespace {
@@ -76,7 +75,7 @@ void BM_Offset(benchmark::State& state) {
     dist.append(-1.0);
     for (auto _ : state) {
         CZorVertexArray work = g;
-        ZOR::detail::offsetPolyline(work, dist, true);
+        work.offset(dist, true);
         benchmark::DoNotOptimize(work);
     }
     state.SetComplexityN(n);
