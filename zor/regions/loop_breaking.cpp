@@ -48,13 +48,25 @@ bool breakPair(std::vector<CZorVertex>& aList, std::size_t ai, int& aBudget,
     const Box2d vBox = segmentBox(v, margin);
     const Box2d wBox = segmentBox(w, margin);
     if (!vBox.overlaps(wBox)) return false;
-    // The flags only drop points, so without any contact at all neither crossing rule fires;
-    // and a start outside the other's box can't lie on it.
+    // The crossing rules ask for the contacts without the own ends (flags 0x002) and without
+    // the other's ends (0x004). The flags only filter the contacts that flags 0 gives, point by
+    // point with `==` against those ends, so one computation serves both rules; a start outside
+    // the other's box can't lie on it.
     const bool touching = v.intersectWith(hits, w, 0);
+    auto firstAwayFrom = [&](const CZorVertex& s, CZorPoint3d& out) {
+        for (int k = 0; touching && k < hits.len(); ++k) {
+            if (hits[k] != s.start && hits[k] != s.end) {
+                out = hits[k];
+                return true;
+            }
+        }
+        return false;
+    };
+    CZorPoint3d at;
     if (aBudget > 0) {
-        if (touching && v.intersectWith(hits, w, 0x002)) {
+        if (firstAwayFrom(v, at)) {
             --aBudget;
-            return splitPiece(aList, ai, hits[0]);
+            return splitPiece(aList, ai, at);
         }
         const CZorPoint3d q = w.start;
         if (holds(vBox, q) && v.isPoint(q) && q != v.start && q != v.end) {
@@ -63,9 +75,9 @@ bool breakPair(std::vector<CZorVertex>& aList, std::size_t ai, int& aBudget,
         }
     }
     if (bBudget > 0) {
-        if (touching && v.intersectWith(hits, w, 0x004)) {
+        if (firstAwayFrom(w, at)) {
             --bBudget;
-            return splitPiece(bList, bj, hits[0]);
+            return splitPiece(bList, bj, at);
         }
         const CZorPoint3d q = v.start;
         if (holds(wBox, q) && w.isPoint(q) && q != w.start && q != w.end) {
