@@ -25,6 +25,7 @@
 #include "zor/geometry/vector3d.h"
 
 // Segments, polylines and regions.
+#include "zor/polyline/fillet_chamfer.h"
 #include "zor/polyline/polyline_algorithms.h"
 #include "zor/regions/regions.h"
 
