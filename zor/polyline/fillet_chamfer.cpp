@@ -174,9 +174,14 @@ CZorPoint3d g_nm_fillet_mp(const CZorPoint3d& m, double r1, double r2, const CZo
 bool g_vl_chamfer(CZorVertexArray& vl, double d, int side) {
     const bool closed = vl.isClosed();
     const CZorVertexArray work = vl;
-    int sel = side == 0x7FFFFFFF ? 0 : side;
-    if (!g_pl_orient(work.pts(false, 0.01), CZorVector3d::kZAxis)) sel = -sel;
     const int n = work.len();
+    // The turn of the whole is read with the first segment moved behind the last, as the corner
+    // walk starts. A closed outline keeps its ring of points that way; an open polyline loses
+    // its last end from the ring, so an open single corner reads as without area, clockwise.
+    CZorVertexArray turned;
+    for (int i = 1; i <= n; ++i) turned.append(work[i % n]);
+    int sel = side == 0x7FFFFFFF ? 0 : side;
+    if (!g_pl_orient(turned.pts(false, 0.01), CZorVector3d::kZAxis)) sel = -sel;
     CZorVertexArray out;
     out.setNormal(vl.normal());
     if (n == 0) {

@@ -144,6 +144,15 @@ TEST(Chamfer, CornersBySide) {
     EXPECT_TRUE(open[-1].end == P(0, 10));
     EXPECT_TRUE(open[1].start == P(9, 0));
 
+    // The turn of the whole is read from the second segment on round to the first, so an open
+    // single corner has no area there and counts as clockwise: its left turn goes against it.
+    CZorVertexArray corner;
+    corner.append(L(0, 0, 10, 0)).append(L(10, 0, 10, 10));
+    CZorVertexArray against = corner;
+    EXPECT_FALSE(ZOR::g_vl_chamfer(corner, 1.0, 1));
+    EXPECT_TRUE(ZOR::g_vl_chamfer(against, 1.0, -1));
+    EXPECT_EQ(against.len(), 3);
+
     CZorArrayTempl<CZorVertexArray> none;
     EXPECT_TRUE(ZOR::g_vll_chamfer(none, 1.0, 0));
 }
