@@ -1,7 +1,6 @@
 #include "zor/regions/slice_punch.h"
 
 #include "zor/geometry/point3d_array.h"
-#include "zor/polyline/orientation.h"
 #include "zor/polyline/point_inside.h"
 #include "zor/polyline/split_break.h"
 #include "zor/regions/loops.h"
@@ -90,8 +89,7 @@ CZorArrayTempl<VL> punch(const VL& vl, const CZorVertexArray& shape, bool inside
     vl.intersectWith(points, shape, 0);
     const CZorVertexArray s = g_vl_split(vl, points);
     const detail::PointInsideTester tester(shape);
-    VL chosen;
-    chosen = VL(vl);
+    VL chosen(vl);  // the Ex attributes travel to every piece
     chosen.setLogicalLength(0);
     for (int i = 0; i < s.len(); ++i) {
         const CZorPoint3d m = s[i].mid();
@@ -192,10 +190,8 @@ CZorArrayTempl<CZorArrayTempl<CZorVertexArray>> g_region_slice(
     const CZorVertexArray outer = region.len() > 0 ? region[0] : CZorVertexArray();
     if (!g_vl_slice(outer, p1, p2, right, left)) return result;
     if (left.len() == 0) return result.append(region);
-    for (int i = 0; i < static_cast<int>(left.len()); ++i) {
-        left[i].close(true);
-        if (!g_vl_orient(left[i], CZorVector3d::kZAxis)) left[i].revert();
-    }
+    for (int i = 0; i < static_cast<int>(left.len()); ++i) left[i].close(true);
+    setOrient(left, CZorVector3d::kZAxis);
     if (right.len() == 0) return result;
     Region first;
     first.append(region[0]);
