@@ -85,6 +85,12 @@ CZorVertexArray polygonBoolean(CZorVertexArray a, CZorVertexArray b, int op) {
     return out;
 }
 
+CZorVertexArrayEx polygonBoolean(CZorVertexArrayEx a, CZorVertexArrayEx b, int op) {
+    const CZorVertexArray& plainA = a;
+    const CZorVertexArray& plainB = b;
+    return CZorVertexArrayEx(polygonBoolean(plainA, plainB, op));
+}
+
 }  // namespace ZOR::detail
 
 CZorVertexArray zor_g_vl_vl_trim(const CZorVertexArray& vl, const CZorVertexArray& loop) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "zor/polyline/vertexarray.h"
+#include "zor/polyline/vertexarray_ex.h"
 
 namespace ZOR::detail {
 
@@ -12,6 +13,8 @@ namespace ZOR::detail {
 // and running the same way; a stretch shared by both boundaries is compared by direction. The
 // result is sorted into chains and normalised, with the default normal.
 CZorVertexArray polygonBoolean(CZorVertexArray a, CZorVertexArray b, int op);
+// The same segments in a fresh Ex polyline: number 0, text null, whatever the operands carry.
+CZorVertexArrayEx polygonBoolean(CZorVertexArrayEx a, CZorVertexArrayEx b, int op);
 
 }  // namespace ZOR::detail
 

@@ -61,6 +61,18 @@ TEST(PolygonBoolean, OverlapsAndSharedStretches) {
     EXPECT_FALSE(polygonBoolean(a, notch, kUnion).isClosed());
 }
 
+TEST(PolygonBoolean, ResultCarriesNoAttributesAndTheDefaultNormal) {
+    CZorVertexArrayEx a(rect(0, 0, 10, 10)), b(rect(5, 5, 15, 15));
+    a.attrNumber = b.attrNumber = 3;
+    a.attrText = b.attrText = L"t";
+    a.setNormal(CZorVector3d::kXAxis);
+    const CZorVertexArrayEx r = polygonBoolean(a, b, kUnion);
+    EXPECT_EQ(r.len(), 8);
+    EXPECT_EQ(r.attrNumber, 0);
+    EXPECT_TRUE(r.attrText.isNull());
+    EXPECT_TRUE(r.normal() == CZorVector3d::kZAxis);
+}
+
 TEST(PolygonBoolean, TrimToLoop) {
     const Loop sq = rect(0, 0, 10, 10);
     const CZorVertexArray through(CZorVertex(CZorPoint3d(-5, 5, 0), CZorPoint3d(15, 5, 0), 0.0));
