@@ -81,6 +81,9 @@ TEST(PolygonBoolean, TrimToLoop) {
     EXPECT_NEAR(in.geomLength(), 10.0, 1e-9);
     const CZorVertexArray inside(CZorVertex(CZorPoint3d(2, 5, 0), CZorPoint3d(8, 5, 0), 0.0));
     EXPECT_EQ(zor_g_vl_vl_trim(inside, sq).len(), 0);
+    // An arc inside a circle, touching it from within: a tangent contact doesn't cut.
+    const CZorVertexArray touching(CZorVertex(CZorPoint3d(3, -2, 0), CZorPoint3d(3, 2, 0), 1.0));
+    EXPECT_EQ(zor_g_vl_vl_trim(touching, circle(0, 0, 5)).len(), 0);
 }
 
 }  // namespace
