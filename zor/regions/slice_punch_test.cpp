@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "zor/regions/test_shapes.h"
 
 namespace {
@@ -62,11 +64,21 @@ TEST(Slice, ClosedSquare) {
     EXPECT_EQ(right.len(), 0u);
     EXPECT_EQ(left.len(), 1u);
 
-    // An arc cutter bulging to the right through the square's middle.
+    // An arc cutter bulging to the right through the square's middle cuts where the arc, not its
+    // chord, crosses the edges; the closed right part is bridged straight between the cuts.
     const CZorVertex arc(P(5, -1), P(5, 11), 0.2);
+    const double r = 6.0 / std::sin(2.0 * std::atan(0.2));
+    const double x = 5.0 - (r - 1.2) + std::sqrt(r * r - 25.0);
     ASSERT_TRUE(ZOR::g_vl_slice(rect(0, 0, 10, 10), arc, right, left));
-    EXPECT_EQ(right.len(), 1u);
+    ASSERT_EQ(right.len(), 1u);
     EXPECT_EQ(left.len(), 1u);
+    EXPECT_TRUE(right[0][0].start == P(x, 0));
+    EXPECT_TRUE(right[0][-1].end == P(x, 10));
+    Vll loops;
+    loops.append(rect(0, 0, 10, 10));
+    const Vll closed = ZOR::g_reg_slice(loops, arc);
+    ASSERT_EQ(closed.len(), 1u);
+    EXPECT_NEAR(std::fabs(area(region(closed[0]))), 10.0 * (10.0 - x), 1e-9);
 }
 
 TEST(Slice, RegionLoopsClosedAlongTheCutter) {
