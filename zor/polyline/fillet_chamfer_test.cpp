@@ -5,20 +5,15 @@
 #include <cmath>
 #include <limits>
 
+#include "zor/polyline/test_shapes.h"
+
 namespace {
 
-CZorPoint3d P(double x, double y) {
-    return CZorPoint3d(x, y, 0);
-}
+using zor_test::P;
+using zor_test::Rect;
 
 CZorVertex L(double x0, double y0, double x1, double y1) {
     return CZorVertex(P(x0, y0), P(x1, y1), 0.0);
-}
-
-CZorVertexArray square(double s) {
-    CZorVertexArray l;
-    l.append(L(0, 0, s, 0)).append(L(s, 0, s, s)).append(L(s, s, 0, s)).append(L(0, s, 0, 0));
-    return l;
 }
 
 void expectSegment(const CZorVertex& v, CZorPoint3d s, CZorPoint3d e, double bulge) {
@@ -66,26 +61,47 @@ TEST(Fillet, RadiusKindsAndRefusals) {
     EXPECT_EQ(ZOR::g_vx_fillet(arc, L(1, 0, 5, 0), 2.0, 0).len(), 0);
 }
 
+// Rounded on the inside of a left turn, the fillet touches each arc from within: its centre lies
+// one radius off the line and the arc's radius less one from the arc's centre. The right side
+// has no crossing there, so side -1 keeps the corner.
 TEST(Fillet, LineArcAndArcArcCorners) {
-    // A line into an arc that leaves the corner turning left.
     const CZorVertex line = L(-10, 0, 0, 0);
-    CZorVertexArray t = ZOR::g_vx_fillet(line, CZorVertex(P(0, 0), P(0, 10), 0.5), 1.0, 0);
+    const CZorVertex arc(P(0, 0), P(0, 10), 0.5);
+    CZorVertexArray t = ZOR::g_vx_fillet(line, arc, 1.0, 0);
     ASSERT_EQ(t.len(), 3);
     EXPECT_TRUE(t[0].end == t[2].start);
     EXPECT_TRUE(t[2].end == t[1].start);
+    EXPECT_GT(t[2].bulge, 0.0);
     EXPECT_NEAR(t[2].radius(), 1.0, 1e-9);
-    // Two arcs meeting at a corner.
+    EXPECT_NEAR(t[2].center().y, 1.0, 1e-9);
+    EXPECT_NEAR(t[2].center().distanceTo(arc.center()), arc.radius() - 1.0, 1e-9);
+    EXPECT_EQ(ZOR::g_vx_fillet(line, arc, 1.0, 1).len(), 3);
+    EXPECT_EQ(ZOR::g_vx_fillet(line, arc, 1.0, -1).len(), 2);
+    // Mirrored into a right turn, the first attempt holds: a clockwise fillet, and side +1,
+    // which the second attempt would have served, keeps the corner.
+    const CZorVertex down(P(0, 0), P(0, -10), -0.5);
+    t = ZOR::g_vx_fillet(line, down, 1.0, 0);
+    ASSERT_EQ(t.len(), 3);
+    EXPECT_LT(t[2].bulge, 0.0);
+    EXPECT_NEAR(t[2].center().y, -1.0, 1e-9);
+    EXPECT_NEAR(t[2].center().distanceTo(down.center()), down.radius() - 1.0, 1e-9);
+    EXPECT_EQ(ZOR::g_vx_fillet(line, down, 1.0, 1).len(), 2);
+
     const CZorVertex a1(P(-10, 0), P(0, 0), 0.2);
     const CZorVertex a2(P(0, 0), P(0, 10), 0.2);
     t = ZOR::g_vx_fillet(a1, a2, 1.0, 0);
     ASSERT_EQ(t.len(), 3);
-    EXPECT_NEAR(t[2].radius(), 1.0, 1e-9);
     EXPECT_TRUE(t[0].end == t[2].start);
     EXPECT_TRUE(t[2].end == t[1].start);
+    EXPECT_GT(t[2].bulge, 0.0);
+    EXPECT_NEAR(t[2].radius(), 1.0, 1e-9);
+    EXPECT_NEAR(t[2].center().distanceTo(a1.center()), a1.radius() - 1.0, 1e-9);
+    EXPECT_NEAR(t[2].center().distanceTo(a2.center()), a2.radius() - 1.0, 1e-9);
+    EXPECT_EQ(ZOR::g_vx_fillet(a1, a2, 1.0, -1).len(), 2);
 }
 
 TEST(Fillet, Polylines) {
-    const CZorVertexArray sq = square(10);
+    const CZorVertexArray sq = Rect(0, 0, 10, 10);
     CZorVertexArray f = ZOR::g_vl_fillet(sq, 1.0, 0, true);
     ASSERT_EQ(f.len(), 8);
     EXPECT_NE(f[-1].bulge, 0.0);
@@ -104,7 +120,7 @@ TEST(Fillet, Polylines) {
 }
 
 TEST(Fillet, OneCorner) {
-    const CZorVertexArray sq = square(10);
+    const CZorVertexArray sq = Rect(0, 0, 10, 10);
     CZorVertexArray f = ZOR::g_vl_fillet_p(sq, P(10, 0), 1.0);
     ASSERT_EQ(f.len(), 5);
     EXPECT_NE(f[1].bulge, 0.0);
@@ -120,20 +136,20 @@ TEST(Fillet, OneCorner) {
 }
 
 TEST(Chamfer, CornersBySide) {
-    CZorVertexArray sq = square(10);
+    CZorVertexArray sq = Rect(0, 0, 10, 10);
     EXPECT_TRUE(ZOR::g_vl_chamfer(sq, 1.0, 0));
     ASSERT_EQ(sq.len(), 8);
     EXPECT_TRUE(sq.isClosed());
-    CZorVertexArray same = square(10);
+    CZorVertexArray same = Rect(0, 0, 10, 10);
     EXPECT_TRUE(ZOR::g_vl_chamfer(same, 1.0, 0x7FFFFFFF));
     EXPECT_EQ(same, sq);
-    CZorVertexArray big = square(10);
+    CZorVertexArray big = Rect(0, 0, 10, 10);
     EXPECT_FALSE(ZOR::g_vl_chamfer(big, 20.0, 0));
     EXPECT_EQ(big.len(), 4);
     // Convex corners of a counter-clockwise square turn with it; none turns against it.
-    CZorVertexArray concave = square(10);
+    CZorVertexArray concave = Rect(0, 0, 10, 10);
     EXPECT_FALSE(ZOR::g_vl_chamfer(concave, 1.0, -1));
-    CZorVertexArray convex = square(10);
+    CZorVertexArray convex = Rect(0, 0, 10, 10);
     EXPECT_TRUE(ZOR::g_vl_chamfer(convex, 1.0, 1));
 
     CZorVertexArray open;
