@@ -4,31 +4,15 @@
 
 #include <cmath>
 
+#include "zor/polyline/test_shapes.h"
 #include "zor/polyline/vertexarray.h"
 
 namespace {
 
 using ZOR::detail::offsetPolyline;
-
-CZorPoint3d P(double x, double y) {
-    return CZorPoint3d(x, y, 0);
-}
-
-CZorVertexArray square() {
-    CZorVertexArray l;
-    l.append(CZorVertex(P(0, 0), P(10, 0), 0.0));
-    l.append(CZorVertex(P(10, 0), P(10, 10), 0.0));
-    l.append(CZorVertex(P(10, 10), P(0, 10), 0.0));
-    l.append(CZorVertex(P(0, 10), P(0, 0), 0.0));
-    return l;
-}
-
-CZorVertexArray circle5() {
-    CZorVertexArray l;
-    l.append(CZorVertex(P(5, 0), P(-5, 0), 1.0));
-    l.append(CZorVertex(P(-5, 0), P(5, 0), 1.0));
-    return l;
-}
+using zor_test::Circle;
+using zor_test::P;
+using zor_test::Rect;
 
 CZorArrayTempl<double> dists(std::initializer_list<double> v) {
     CZorArrayTempl<double> out;
@@ -49,19 +33,19 @@ void expectSquare(const CZorVertexArray& l, double lo, double hi) {
 
 // Note: the offset goes to the right of travel, so a counter-clockwise outline grows.
 TEST(Offset, SquareGrowsShrinksAndCollapses) {
-    CZorVertexArray l = square();
+    CZorVertexArray l = Rect(0, 0, 10, 10);
     offsetPolyline(l, 1.0, true);
     expectSquare(l, -1, 11);
-    l = square();
+    l = Rect(0, 0, 10, 10);
     offsetPolyline(l, -4.0, true);
     expectSquare(l, 4, 6);
-    l = square();
+    l = Rect(0, 0, 10, 10);
     offsetPolyline(l, -6.0, true);
     EXPECT_EQ(l.len(), 0);
 }
 
 TEST(Offset, ZeroDistanceChangesNothingButAnEmptyListRepairs) {
-    CZorVertexArray l = square();
+    CZorVertexArray l = Rect(0, 0, 10, 10);
     l[3].end = P(0, 0.5);  // an open closing joint stays as it is with d == 0
     const CZorVertexArray before = l;
     offsetPolyline(l, 0.0, true);
@@ -76,7 +60,7 @@ TEST(Offset, ZeroDistanceChangesNothingButAnEmptyListRepairs) {
 }
 
 TEST(Offset, ClosingJointLeftOpenWithoutTrimClose) {
-    CZorVertexArray l = square();
+    CZorVertexArray l = Rect(0, 0, 10, 10);
     offsetPolyline(l, 1.0, false);
     ASSERT_EQ(l.len(), 4);
     EXPECT_TRUE(l[0].start == P(0, -1));
@@ -116,11 +100,11 @@ TEST(Offset, CollinearNeighboursKeepAStep) {
 }
 
 TEST(Offset, CircleGrowsAndCollapses) {
-    CZorVertexArray l = circle5();
+    CZorVertexArray l = Circle(0, 0, 5);
     offsetPolyline(l, 1.0, true);
     ASSERT_EQ(l.len(), 2);
     EXPECT_NEAR(l[0].radius(), 6.0, 1e-9);
-    l = circle5();
+    l = Circle(0, 0, 5);
     offsetPolyline(l, -6.0, true);
     EXPECT_EQ(l.len(), 0);
 }
