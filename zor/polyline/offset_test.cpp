@@ -120,6 +120,19 @@ TEST(Offset, ShortEdgeTurnsOverAndNeighboursMeet) {
     ASSERT_EQ(l.len(), 3);
     EXPECT_TRUE(l.isClosed());
     EXPECT_NEAR(l[1].end.x, 5.0, 1e-9);
+
+    // The same outline starting at the short edge: the walk judges it last, when it comes round.
+    // Without the closing joint repaired its start stays put, and it keeps its direction.
+    const CZorVertexArray fromTop = zor_test::Polygon({P(6, 10), P(4, 10), P(0, 0), P(10, 0)});
+    l = fromTop;
+    offsetPolyline(l, -1.5, true);
+    ASSERT_EQ(l.len(), 3);
+    EXPECT_TRUE(l.isClosed());
+    EXPECT_NEAR(l[0].start.x, 5.0, 1e-9);
+    l = fromTop;
+    offsetPolyline(l, -1.5, false);
+    ASSERT_EQ(l.len(), 4);
+    EXPECT_TRUE(l[0].start == P(6, 8.5));
 }
 
 TEST(Offset, TinyHeadIsDroppedUnmovedAndTurnedHeadIsRemoved) {
