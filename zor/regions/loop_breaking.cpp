@@ -21,14 +21,13 @@ bool holds(const Box2d& b, const CZorPoint3d& p) {
     return b.overlaps(Box2d{p.x, p.y, p.x, p.y});
 }
 
-// Splits list[at] at `p` as CZorVertexArray::breakVertex does. False when nothing was split.
-bool splitPiece(std::vector<CZorVertex>& list, std::size_t at, const CZorPoint3d& p) {
-    CZorVertexArray one(list[at]);
-    one.breakVertex(0, p);
-    if (one.len() != 2) return false;
-    list[at] = one[0];
-    list.insert(list.begin() + static_cast<long>(at) + 1, one[1]);
-    return true;
+// Splits list[at] at `p` as CZorVertexArray::breakVertex does (the segment doubled, the first
+// copy ending at `p`, the second starting there), without a polyline of its own for each split.
+void splitPiece(std::vector<CZorVertex>& list, std::size_t at, const CZorPoint3d& p) {
+    CZorVertex second = list[at];
+    list[at].setEndPoint(p);
+    second.setStartPoint(p);
+    list.insert(list.begin() + static_cast<long>(at) + 1, second);
 }
 
 // How often the pieces of one original segment may still be split: 8 times the other
@@ -66,40 +65,42 @@ bool breakPair(std::vector<CZorVertex>& aList, std::size_t ai, int& aBudget,
     if (aBudget > 0) {
         if (firstAwayFrom(v, at)) {
             --aBudget;
-            return splitPiece(aList, ai, at);
+            splitPiece(aList, ai, at);
+            return true;
         }
         const CZorPoint3d q = w.start;
         if (holds(vBox, q) && v.isPoint(q) && q != v.start && q != v.end) {
             --aBudget;
-            return splitPiece(aList, ai, q);
+            splitPiece(aList, ai, q);
+            return true;
         }
     }
     if (bBudget > 0) {
         if (firstAwayFrom(w, at)) {
             --bBudget;
-            return splitPiece(bList, bj, at);
+            splitPiece(bList, bj, at);
+            return true;
         }
         const CZorPoint3d q = v.start;
         if (holds(wBox, q) && w.isPoint(q) && q != w.start && q != w.end) {
             --bBudget;
-            return splitPiece(bList, bj, q);
+            splitPiece(bList, bj, q);
+            return true;
         }
     }
     return false;
 }
 
+// The pieces back into `vl`, which they no longer share storage with: written over it in place.
 void flatten(const Pieces& pieces, CZorVertexArray& vl) {
     std::size_t total = 0;
     for (const auto& list : pieces) total += list.size();
     if (total == static_cast<std::size_t>(vl.len())) return;  // nothing was broken
-    CZorVertexArray out;
-    out.setNormal(vl.normal());
-    out.setLogicalLength(static_cast<int>(total));
+    vl.setLogicalLength(static_cast<int>(total));
     int k = 0;
     for (const auto& list : pieces) {
-        for (const CZorVertex& s : list) out[k++] = s;
+        for (const CZorVertex& s : list) vl[k++] = s;
     }
-    vl = out;
 }
 
 }  // namespace
