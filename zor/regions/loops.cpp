@@ -22,16 +22,19 @@ template <class VL>
 CZorArrayTempl<VL> continuousRuns(const VL& vl) {
     CZorArrayTempl<VL> out;
     if (vl.len() == 0) return out;
-    VL run;
+    // Each run is built in its place in the list, so that long runs aren't copied.
     auto finish = [&] {
+        VL& run = out[-1];
         run.norm(false);
         takeAttributes(run, vl);
-        out.append(run);
-        run = VL();
     };
+    out.append(VL());
     for (int i = 0; i < vl.len(); ++i) {
-        if (i > 0 && vl[i].start != vl[i - 1].end) finish();
-        run.append(vl[i]);
+        if (i > 0 && vl[i].start != vl[i - 1].end) {
+            finish();
+            out.append(VL());
+        }
+        out[-1].append(vl[i]);
     }
     finish();
     return out;
