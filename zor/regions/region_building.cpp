@@ -58,18 +58,19 @@ CZorArrayTempl<CZorArrayTempl<VL>> regionsByDepth(const CZorArrayTempl<VL>& loop
         if (depth[i] % 2 == 0) outersByDepth[depth[i]].push_back(i);
     }
     std::vector<bool> placed(n, false);
-    std::vector<const CZorVertexArray*> outerLoops;
+    std::vector<int> outerIndices;
     for (const auto& level : outersByDepth) {
         for (const int i : level.second) {
-            Region region;
-            region.append(loops[i]);
-            out.append(region);
-            outerLoops.push_back(&loops[i]);
+            out.append(Region());
+            out[-1].append(loops[i]);
+            outerIndices.push_back(i);
             placed[i] = true;
         }
     }
     if (out.len() == 0) return out;
-    const detail::LoopBoxes outerBoxes(outerLoops);
+    const detail::LoopBoxes outerBoxes(boxes, outerIndices);
+    std::vector<const CZorVertexArray*> outerLoops;
+    for (const int i : outerIndices) outerLoops.push_back(all[i]);
     LazyTesters outerTesters(outerLoops);
     for (int i = 0; i < n; ++i) {
         if (placed[i]) continue;

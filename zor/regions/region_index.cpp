@@ -23,13 +23,22 @@ CZorVertexArray extentDiagonals(const std::vector<const CZorVertexArray*>& loops
     return out;
 }
 
+CZorVertexArray diagonalsOf(const CZorVertexArray& diagonals, const std::vector<int>& subset) {
+    CZorVertexArray out;
+    for (const int i : subset) out.append(diagonals[i]);
+    return out;
+}
+
 // Beyond this many cells from the origin, cell numbers lose their integer precision.
 constexpr double kMaxCell = 1e15;
 
 }  // namespace
 
 LoopBoxes::LoopBoxes(const std::vector<const CZorVertexArray*>& loops)
-    : index_(extentDiagonals(loops)) {}
+    : diagonals_(extentDiagonals(loops)), index_(diagonals_) {}
+
+LoopBoxes::LoopBoxes(const LoopBoxes& all, const std::vector<int>& subset)
+    : diagonals_(diagonalsOf(all.diagonals_, subset)), index_(diagonals_) {}
 
 void LoopBoxes::at(const CZorPoint3d& p, std::vector<int>& out) const {
     index_.query(Box2d{p.x, p.y, p.x, p.y}, out);
@@ -56,16 +65,14 @@ bool RegionPointTester::Loop::onOutline(CZorPoint3d p, std::vector<int>& scratch
 
 int RegionPointTester::classify(const CZorPoint3d& p) const {
     if (loops_.empty()) return -1;
-    std::vector<int> scratch;
     const Loop& outer = *loops_[0];
-    if (outer.onOutline(p, scratch)) return 0;
+    if (outer.onOutline(p, scratch_)) return 0;
     if (!outer.inside.inside(p, false)) return -1;
     if (loops_.size() == 1) return 1;
-    std::vector<int> candidates;
-    holeBoxes_->at(p, candidates);
-    for (const int h : candidates) {
+    holeBoxes_->at(p, candidates_);
+    for (const int h : candidates_) {
         const Loop& hole = *loops_[h + 1];
-        if (hole.onOutline(p, scratch)) return 0;
+        if (hole.onOutline(p, scratch_)) return 0;
         if (hole.inside.inside(p, false)) return -1;
     }
     return 1;

@@ -22,10 +22,15 @@ namespace ZOR::detail {
 class LoopBoxes {
   public:
     explicit LoopBoxes(const std::vector<const CZorVertexArray*>& loops);
+    // The boxes of the polylines `subset` of `all`, numbered by their place in `subset`, without
+    // measuring the polylines again.
+    LoopBoxes(const LoopBoxes& all, const std::vector<int>& subset);
     // Indices of the polylines whose boxes hold `p`, ascending; `out` is replaced.
     void at(const CZorPoint3d& p, std::vector<int>& out) const;
 
   private:
+    // Each polyline's extents as the diagonal of one straight segment.
+    CZorVertexArray diagonals_;
     SegmentIndex index_;
 };
 
@@ -40,7 +45,7 @@ std::vector<const CZorVertexArray*> loopPointers(const CZorArrayTempl<VL>& vll) 
 
 // g_vll_pt_inside for many points against one region. The region must outlive the tester and
 // stay unchanged; queries may run at the tolerance of construction or a smaller one (the boxes
-// stay conservative as the tolerance falls).
+// stay conservative as the tolerance falls). One tester serves one thread.
 //
 // The plain test asks each loop "strictly inside?" and, when not, "inside or on?", two rays.
 // A point on the outline answers the first with false and the second with true, and only such a
@@ -62,6 +67,8 @@ class RegionPointTester {
 
     std::vector<std::unique_ptr<Loop>> loops_;
     std::unique_ptr<LoopBoxes> holeBoxes_;
+    // Candidate lists reused from query to query.
+    mutable std::vector<int> scratch_, candidates_;
 };
 
 // A hash grid of points in cells twice the point tolerance current at construction: the points
