@@ -107,8 +107,9 @@ bool regionFrame(Region<VL> a, Region<VL> b, RegionList<VL>& out, const Settings
     if (st.op != Operation::kUnion) out.removeAll();
     const int contacts = contactCount(a[0], b[0]);
     if (st.op == Operation::kUnion && contacts == 1) return false;
-    if (contacts == 0 && !g_vl_pt_inside(a[0], b[0][0].start, true) &&
-        !g_vl_pt_inside(b[0], a[0][0].start, true)) {
+    // Read through const, so that an outer loop without segments isn't given one.
+    if (contacts == 0 && !g_vl_pt_inside(a[0], std::as_const(b[0])[0].start, true) &&
+        !g_vl_pt_inside(b[0], std::as_const(a[0])[0].start, true)) {
         switch (st.op) {
             case Operation::kUnion:
                 out.removeAll();

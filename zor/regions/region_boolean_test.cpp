@@ -55,6 +55,14 @@ TEST(RegionBoolean, EmptyOperandLeavesOutAlone) {
     EXPECT_FALSE(g_region_diff(region(rect(0, 0, 1, 1)), Region(), out));
     EXPECT_FALSE(g_region_sect(Region(), Region(), out));
     EXPECT_EQ(out, marker());
+
+    // An outer loop without segments is an operand that lies nowhere: it stays without segments.
+    Region empty;
+    empty.append(Loop());
+    ASSERT_TRUE(g_region_union(empty, region(rect(5, 5, 6, 6)), out));
+    ASSERT_EQ(out.len(), 2u);
+    EXPECT_EQ(out[0][0].len(), 0);
+    EXPECT_EQ(out[1], region(rect(5, 5, 6, 6)));
 }
 
 TEST(RegionBoolean, IslandInHole) {
