@@ -85,4 +85,36 @@ inline double area(const Regions& rs) {
     return a;
 }
 
+// Signed area enclosed by a closed polyline, counter-clockwise positive, in closed form: the
+// polygon of its ends plus, for each arc, the circular segment between chord and arc. Free of the
+// chord approximation of the cross-section values, so that identities between areas hold to
+// rounding.
+inline double exactArea(const Loop& l) {
+    double a = 0.0;
+    for (int i = 0; i < l.len(); ++i) {
+        const CZorVertex& s = l[i];
+        a += 0.5 * (s.start.x * s.end.y - s.end.x * s.start.y);
+        if (s.bulge == 0.0) continue;
+        const double dx = s.end.x - s.start.x, dy = s.end.y - s.start.y;
+        const double sweep = 4.0 * std::atan(s.bulge);
+        const double half = std::sin(0.5 * sweep);
+        a += (dx * dx + dy * dy) / (8.0 * half * half) * (sweep - std::sin(sweep));
+    }
+    return a;
+}
+
+// Outer loop minus holes, all taken at rest (counter-clockwise).
+inline double exactArea(const Region& r) {
+    double a = 0.0;
+    for (int i = 0; i < static_cast<int>(r.len()); ++i)
+        a += i == 0 ? exactArea(r[i]) : -exactArea(r[i]);
+    return a;
+}
+
+inline double exactArea(const Regions& rs) {
+    double a = 0.0;
+    for (int i = 0; i < static_cast<int>(rs.len()); ++i) a += exactArea(rs[i]);
+    return a;
+}
+
 }  // namespace zor_test
