@@ -174,10 +174,17 @@ TEST(Chamfer, CornersBySide) {
 }
 
 TEST(Fillet, ConstructionPoint) {
-    // m at (0, 5) above the line y = 0: d = 5, q = 0 * k + 5, s = sqrt(r2^2 - 25).
-    const CZorPoint3d p = ZOR::g_nm_fillet_mp(P(0, 5), 3.0, 13.0, P(0, 0), P(10, 0), 0.0);
-    EXPECT_NEAR(p.x, -12.0, 1e-9);
-    EXPECT_NEAR(p.y, 0.0, 1e-9);
+    // m at (0, 5) above the line y = 0, d = 5: q = (3 - 13)^2 * k + 5, s = sqrt(13^2 - q^2); the
+    // point lies s from m towards a (b to a runs in -x), then q towards the line.
+    CZorPoint3d p = ZOR::g_nm_fillet_mp(P(0, 5), 3.0, 13.0, P(0, 0), P(10, 0), 0.0);
+    EXPECT_TRUE(p == P(-12, 0));
+    p = ZOR::g_nm_fillet_mp(P(0, 5), 3.0, 13.0, P(0, 0), P(10, 0), 0.01);
+    EXPECT_TRUE(p == P(-std::sqrt(133.0), -1));
+    p = ZOR::g_nm_fillet_mp(P(0, 5), 3.0, 13.0, P(10, 0), P(0, 0), 0.01);
+    EXPECT_TRUE(p == P(std::sqrt(133.0), -1));
+    // A line of one point has no foot: the origin.
+    p = ZOR::g_nm_fillet_mp(P(0, 5), 3.0, 13.0, P(1, 1), P(1, 1), 0.0);
+    EXPECT_TRUE(p == CZorPoint3d::kOrigin);
 }
 
 }  // namespace
