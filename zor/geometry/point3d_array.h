@@ -80,6 +80,13 @@ class CZorPoint3dArray : public CZorArray {
     // The coordinate-wise minimum and maximum. False on an empty list, outputs untouched.
     bool extents(CZorPoint3d& lo, CZorPoint3d& hi) const;
 
+    // Whether `p` lies inside the ring of the points in the XY plane, by an odd crossing count of
+    // a ray from `p` through the midpoint of the first edge; the ring closes whether or not the
+    // list repeats its first point. Fewer than 3 points: false. A point on the boundary, or at
+    // that midpoint, has no defined answer. (Defined with the polyline kernel, whose segment
+    // intersection it uses.)
+    bool ptInside(const CZorPoint3d& p) const;
+
   protected:
     // Grows the block when needed, carrying the old points over by their coordinates.
     int setLength(int n) override;

@@ -18,6 +18,9 @@
 
 class CZorVertexArray : public CZorArray {
   public:
+    // The operation of ZOR::g_vl_bool; the values are part of the interface.
+    enum boolOper { boolUnion = 0, boolDiff = 1, boolSect = 2 };
+
     CZorVertexArray();
     explicit CZorVertexArray(const CZorVertex& v);
     CZorVertexArray(const CZorVertexArray& a);
