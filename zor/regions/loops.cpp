@@ -22,21 +22,19 @@ template <class VL>
 CZorArrayTempl<VL> continuousRuns(const VL& vl) {
     CZorArrayTempl<VL> out;
     if (vl.len() == 0) return out;
-    // Each run is built in its place in the list, so that long runs aren't copied.
-    auto finish = [&] {
+    // Each run is sized once and filled in its place in the list, so that long runs are neither
+    // regrown nor copied.
+    int first = 0;
+    for (int i = 1; i <= vl.len(); ++i) {
+        if (i < vl.len() && vl[i].start == vl[i - 1].end) continue;
+        out.append(VL());
         VL& run = out[-1];
+        run.setLogicalLength(i - first);
+        for (int k = first; k < i; ++k) run[k - first] = vl[k];
         run.norm(false);
         takeAttributes(run, vl);
-    };
-    out.append(VL());
-    for (int i = 0; i < vl.len(); ++i) {
-        if (i > 0 && vl[i].start != vl[i - 1].end) {
-            finish();
-            out.append(VL());
-        }
-        out[-1].append(vl[i]);
+        first = i;
     }
-    finish();
     return out;
 }
 

@@ -78,10 +78,13 @@ int RegionPointTester::classify(const CZorPoint3d& p) const {
     return 1;
 }
 
-std::size_t PointGrid::CellHash::operator()(const Cell& c) const {
+std::size_t PointGrid::slotOf(const Cell& c) const {
     const std::uint64_t h = static_cast<std::uint64_t>(c.x) * 0x9E3779B97F4A7C15ull ^
                             (static_cast<std::uint64_t>(c.y) + 0x632BE59BD9B4E019ull);
-    return static_cast<std::size_t>(h ^ (h >> 29));
+    const std::size_t mask = slots_.size() - 1;
+    std::size_t k = static_cast<std::size_t>(h ^ (h >> 29)) & mask;
+    while (slots_[k].count > 0 && !(slots_[k].cell == c)) k = (k + 1) & mask;
+    return k;
 }
 
 // Cells twice the tolerance wide: a point lies within tolerance of at most the cell it falls in
@@ -102,12 +105,17 @@ PointGrid::PointGrid(const std::vector<CZorPoint3d>& points) : size_(2.0 * CZorP
         if (a.first.y != b.first.y) return a.first.y < b.first.y;
         return a.second < b.second;
     });
+    std::size_t capacity = 2;
+    while (capacity < 2 * placed.size()) capacity *= 2;
+    slots_.resize(capacity);
     ids_.reserve(placed.size());
-    cells_.reserve(placed.size());
     for (const auto& entry : placed) {
-        Range& r = cells_[entry.first];
-        if (r.count == 0) r.first = static_cast<int>(ids_.size());
-        ++r.count;
+        Slot& slot = slots_[slotOf(entry.first)];
+        if (slot.count == 0) {
+            slot.cell = entry.first;
+            slot.first = static_cast<int>(ids_.size());
+        }
+        ++slot.count;
         ids_.push_back(entry.second);
     }
 }
@@ -145,10 +153,10 @@ void PointGrid::near(const CZorPoint3d& p, std::vector<int>& out) const {
     for (int ix = 0; ix < nx; ++ix) {
         for (int iy = 0; iy < ny; ++iy) {
             const std::int64_t dx = xs[ix], dy = ys[iy];
-            const auto it = cells_.find(Cell{c.x + dx, c.y + dy});
-            if (it == cells_.end()) continue;
-            const auto first = ids_.begin() + it->second.first;
-            out.insert(out.end(), first, first + it->second.count);
+            const Slot& slot = slots_[slotOf(Cell{c.x + dx, c.y + dy})];
+            if (slot.count == 0) continue;
+            const auto first = ids_.begin() + slot.first;
+            out.insert(out.end(), first, first + slot.count);
         }
     }
 }

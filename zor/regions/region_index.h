@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 #include "zor/foundation/array.h"
@@ -87,17 +86,18 @@ class PointGrid {
         std::int64_t x, y;
         bool operator==(const Cell& c) const { return x == c.x && y == c.y; }
     };
-    struct CellHash {
-        std::size_t operator()(const Cell& c) const;
-    };
-    struct Range {
+    // The points of one cell: ids_[first] onward. A slot with count 0 is free.
+    struct Slot {
+        Cell cell{0, 0};
         int first = 0, count = 0;
     };
     bool cellOf(const CZorPoint3d& p, Cell& c) const;
+    // Open addressing with linear probing: the slot of `c`, or the free slot where it would go.
+    std::size_t slotOf(const Cell& c) const;
 
     double size_;
-    std::vector<int> ids_;  // grouped by cell
-    std::unordered_map<Cell, Range, CellHash> cells_;
+    std::vector<int> ids_;     // grouped by cell
+    std::vector<Slot> slots_;  // a power of two, at least twice the number of cells
     std::vector<int> shared_;
 };
 
