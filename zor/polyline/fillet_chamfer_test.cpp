@@ -117,6 +117,24 @@ TEST(Fillet, Polylines) {
     f = ZOR::g_vl_fillet(u, 2.0, 0, false);
     ASSERT_EQ(f.len(), 4);
     EXPECT_TRUE(f[2].end == P(3, 0));
+
+    // A first segment left an arc of more than half a circle refuses the fillet.
+    CZorVertexArray big;
+    big.append(CZorVertex(P(-10, 0), P(0, 0), 1.5)).append(L(0, 0, 10, 0));
+    ASSERT_EQ(ZOR::g_vx_fillet(big[0], big[1], 0.5, 0).len(), 3);
+    EXPECT_EQ(ZOR::g_vl_fillet(big, 0.5, 0, false), big);
+
+    // Segments that stop short of their corner are first brought together there; parallel ones
+    // can't be, and stay as they were.
+    CZorVertexArray gap;
+    gap.append(L(0, 0, 8, 0)).append(L(10, 2, 10, 10));
+    f = ZOR::g_vl_fillet(gap, 1.0, 0, false);
+    ASSERT_EQ(f.len(), 3);
+    EXPECT_TRUE(f[0].end == P(9, 0));
+    EXPECT_TRUE(f[2].start == P(10, 1));
+    CZorVertexArray parallel;
+    parallel.append(L(0, 0, 5, 0)).append(L(6, 1, 10, 1));
+    EXPECT_EQ(ZOR::g_vl_fillet(parallel, 1.0, 0, false), parallel);
 }
 
 TEST(Fillet, OneCorner) {
