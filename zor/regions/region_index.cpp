@@ -65,15 +65,16 @@ bool RegionPointTester::Loop::onOutline(CZorPoint3d p, std::vector<int>& scratch
 
 int RegionPointTester::classify(const CZorPoint3d& p) const {
     if (loops_.empty()) return -1;
+    // A point strictly inside a loop isn't on it, so the outline is searched only for the
+    // points that the ray test puts outside.
     const Loop& outer = *loops_[0];
-    if (outer.onOutline(p, scratch_)) return 0;
-    if (!outer.inside.inside(p, false)) return -1;
+    if (!outer.inside.inside(p, false)) return outer.onOutline(p, scratch_) ? 0 : -1;
     if (loops_.size() == 1) return 1;
     holeBoxes_->at(p, candidates_);
     for (const int h : candidates_) {
         const Loop& hole = *loops_[h + 1];
-        if (hole.onOutline(p, scratch_)) return 0;
         if (hole.inside.inside(p, false)) return -1;
+        if (hole.onOutline(p, scratch_)) return 0;
     }
     return 1;
 }
