@@ -38,6 +38,12 @@ CZorArrayTempl<CZorArrayTempl<VL>> regionsByDepth(const CZorArrayTempl<VL>& loop
     using Region = CZorArrayTempl<VL>;
     CZorArrayTempl<Region> out;
     const int n = loops.len();
+    if (n == 1) {
+        // Depth 0 with no other loop: it opens the only region, and nothing needs measuring.
+        out.append(Region());
+        out[-1].append(loops[0]);
+        return out;
+    }
     const std::vector<const CZorVertexArray*> all = detail::loopPointers(loops);
     // A loop can only hold a point that lies in its box: the others are skipped, as the strict
     // test would reject them.
