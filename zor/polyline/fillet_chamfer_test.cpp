@@ -158,6 +158,14 @@ TEST(Chamfer, CornersBySide) {
     EXPECT_TRUE(ZOR::g_vl_chamfer(sq, 1.0, 0));
     ASSERT_EQ(sq.len(), 8);
     EXPECT_TRUE(sq.isClosed());
+    EXPECT_TRUE(sq[0] == L(1, 0, 9, 0));
+    EXPECT_TRUE(sq[1] == L(9, 0, 10, 1));
+    EXPECT_TRUE(sq[-1] == L(0, 1, 1, 0));
+    // A negative distance: the circle of diameter |d| through the corner meets both segments
+    // nearest at the corner itself, so the cuts have no length and normalising takes them out.
+    CZorVertexArray through = Rect(0, 0, 10, 10);
+    EXPECT_TRUE(ZOR::g_vl_chamfer(through, -1.0, 0));
+    EXPECT_EQ(through, Rect(0, 0, 10, 10));
     CZorVertexArray same = Rect(0, 0, 10, 10);
     EXPECT_TRUE(ZOR::g_vl_chamfer(same, 1.0, 0x7FFFFFFF));
     EXPECT_EQ(same, sq);
