@@ -195,6 +195,14 @@ TEST(Chamfer, CornersBySide) {
     EXPECT_TRUE(ZOR::g_vl_chamfer(against, 1.0, -1));
     EXPECT_EQ(against.len(), 3);
 
+    // On an arc the cut lies at the straight distance d from the corner, still on the arc.
+    CZorVertexArray bend;
+    bend.append(L(0, 0, 10, 0)).append(CZorVertex(P(10, 0), P(10, 10), 0.5));
+    EXPECT_TRUE(ZOR::g_vl_chamfer(bend, 2.0, 0));
+    ASSERT_EQ(bend.len(), 3);
+    EXPECT_NEAR(bend[2].start.distanceTo(P(10, 0)), 2.0, 1e-9);
+    EXPECT_NEAR(bend[2].center().distanceTo(bend[2].start), 6.25, 1e-9);
+
     CZorArrayTempl<CZorVertexArray> none;
     EXPECT_TRUE(ZOR::g_vll_chamfer(none, 1.0, 0));
 }
