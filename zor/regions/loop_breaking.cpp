@@ -9,11 +9,18 @@ namespace ZOR::detail {
 
 namespace {
 
-using Pieces = std::vector<std::vector<CZorVertex>>;
+// A piece with its box, which every pair it meets asks for.
+struct Piece {
+    CZorVertex s;
+    Box2d box;
+    Piece(const CZorVertex& v, double margin) : s(v), box(segmentBox(v, margin)) {}
+};
+using PieceList = std::vector<Piece>;
+using Pieces = std::vector<PieceList>;
 
-Pieces piecesOf(const CZorVertexArray& vl) {
+Pieces piecesOf(const CZorVertexArray& vl, double margin) {
     Pieces out(vl.len());
-    for (int i = 0; i < vl.len(); ++i) out[i].push_back(vl[i]);
+    for (int i = 0; i < vl.len(); ++i) out[i].emplace_back(vl[i], margin);
     return out;
 }
 
@@ -23,11 +30,13 @@ bool holds(const Box2d& b, const CZorPoint3d& p) {
 
 // Splits list[at] at `p` as CZorVertexArray::breakVertex does (the segment doubled, the first
 // copy ending at `p`, the second starting there), without a polyline of its own for each split.
-void splitPiece(std::vector<CZorVertex>& list, std::size_t at, const CZorPoint3d& p) {
-    CZorVertex second = list[at];
-    list[at].setEndPoint(p);
+void splitPiece(PieceList& list, std::size_t at, const CZorPoint3d& p, double margin) {
+    CZorVertex first = list[at].s;
+    CZorVertex second = first;
+    first.setEndPoint(p);
     second.setStartPoint(p);
-    list.insert(list.begin() + static_cast<long>(at) + 1, second);
+    list[at] = Piece(first, margin);
+    list.insert(list.begin() + static_cast<long>(at) + 1, Piece(second, margin));
 }
 
 // How often the pieces of one original segment may still be split: 8 times the other
@@ -38,14 +47,14 @@ using Budgets = std::vector<int>;
 // breaking rules: a at crossings inside it, a at b's start, b at crossings inside it, b at a's
 // start, each side only while its budget lasts. True when something was split, and the same
 // pair runs again.
-bool breakPair(std::vector<CZorVertex>& aList, std::size_t ai, int& aBudget,
-               std::vector<CZorVertex>& bList, std::size_t bj, int& bBudget, double margin,
-               CZorPoint3dArray& hits) {
-    const CZorVertex v = aList[ai];
-    const CZorVertex& w = bList[bj];
+bool breakPair(PieceList& aList, std::size_t ai, int& aBudget, PieceList& bList, std::size_t bj,
+               int& bBudget, double margin, CZorPoint3dArray& hits) {
+    // The pieces are read only before one of them is split.
+    const CZorVertex& v = aList[ai].s;
+    const CZorVertex& w = bList[bj].s;
     // Every rule needs the two pieces within tolerance of each other somewhere.
-    const Box2d vBox = segmentBox(v, margin);
-    const Box2d wBox = segmentBox(w, margin);
+    const Box2d& vBox = aList[ai].box;
+    const Box2d& wBox = bList[bj].box;
     if (!vBox.overlaps(wBox)) return false;
     // The crossing rules ask for the contacts without the own ends (flags 0x002) and without
     // the other's ends (0x004). The flags only filter the contacts that flags 0 gives, point by
@@ -65,26 +74,26 @@ bool breakPair(std::vector<CZorVertex>& aList, std::size_t ai, int& aBudget,
     if (aBudget > 0) {
         if (firstAwayFrom(v, at)) {
             --aBudget;
-            splitPiece(aList, ai, at);
+            splitPiece(aList, ai, at, margin);
             return true;
         }
         const CZorPoint3d q = w.start;
         if (holds(vBox, q) && v.isPoint(q) && q != v.start && q != v.end) {
             --aBudget;
-            splitPiece(aList, ai, q);
+            splitPiece(aList, ai, q, margin);
             return true;
         }
     }
     if (bBudget > 0) {
         if (firstAwayFrom(w, at)) {
             --bBudget;
-            splitPiece(bList, bj, at);
+            splitPiece(bList, bj, at, margin);
             return true;
         }
         const CZorPoint3d q = v.start;
         if (holds(wBox, q) && w.isPoint(q) && q != w.start && q != w.end) {
             --bBudget;
-            splitPiece(bList, bj, q);
+            splitPiece(bList, bj, q, margin);
             return true;
         }
     }
@@ -99,7 +108,7 @@ void flatten(const Pieces& pieces, CZorVertexArray& vl) {
     vl.setLogicalLength(static_cast<int>(total));
     int k = 0;
     for (const auto& list : pieces) {
-        for (const CZorVertex& s : list) vl[k++] = s;
+        for (const Piece& piece : list) vl[k++] = piece.s;
     }
 }
 
@@ -109,18 +118,18 @@ void breakBoth(CZorVertexArray& a, CZorVertexArray& b) {
     if (a.len() == 0 || b.len() == 0) return;
     const SegmentIndex index(b);
     const double margin = boxMargin();
-    Pieces aPieces = piecesOf(a);
-    Pieces bPieces = piecesOf(b);
+    Pieces aPieces = piecesOf(a, margin);
+    Pieces bPieces = piecesOf(b, margin);
     Budgets aBudgets(aPieces.size(), 8 * (b.len() + 1));
     Budgets bBudgets(bPieces.size(), 8 * (a.len() + 1));
     std::vector<int> candidates;
     CZorPoint3dArray hits;
     for (std::size_t original = 0; original < aPieces.size(); ++original) {
-        std::vector<CZorVertex>& aList = aPieces[original];
+        PieceList& aList = aPieces[original];
         for (std::size_t t = 0; t < aList.size(); ++t) {
-            index.query(segmentBox(aList[t], margin), candidates);
+            index.query(aList[t].box, candidates);
             for (const int other : candidates) {
-                std::vector<CZorVertex>& bList = bPieces[other];
+                PieceList& bList = bPieces[other];
                 std::size_t j = 0;
                 while (j < bList.size()) {
                     if (!breakPair(aList, t, aBudgets[original], bList, j, bBudgets[other], margin,
