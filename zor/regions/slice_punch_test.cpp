@@ -149,6 +149,10 @@ TEST(Punch, AgainstRegion) {
     const Vll out = ZOR::g_vl_punch_reg(line, r, false);
     ASSERT_EQ(out.len(), 3u);
     EXPECT_NEAR(out[1].geomLength(), 2.0, 1e-9);
+    // No region at all: everything lies outside it, nothing inside.
+    ASSERT_EQ(ZOR::g_vl_punch_reg(line, Region(), false).len(), 1u);
+    EXPECT_EQ(ZOR::g_vl_punch_reg(line, Region(), false)[0], line);
+    EXPECT_EQ(ZOR::g_vl_punch_reg(line, Region(), true).len(), 0u);
 }
 
 }  // namespace
