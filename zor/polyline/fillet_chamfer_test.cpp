@@ -22,7 +22,19 @@ void expectSegment(const CZorVertex& v, CZorPoint3d s, CZorPoint3d e, double bul
     EXPECT_NEAR(v.bulge, bulge, 1e-9);
 }
 
-TEST(Fillet, LeftTurnFindsTheSecondSide) {
+// The arc of a corner result [s1, s2, arc] of radius 1, checked to join both segments.
+CZorVertex joinedArc(const CZorVertexArray& t) {
+    EXPECT_EQ(t.len(), 3);
+    if (t.len() != 3) return CZorVertex();
+    EXPECT_TRUE(t[0].end == t[2].start);
+    EXPECT_TRUE(t[2].end == t[1].start);
+    EXPECT_NEAR(t[2].radius(), 1.0, 1e-9);
+    return t[2];
+}
+
+// The right-hand offsets of a left turn miss, the left-hand ones cross: a counter-clockwise arc
+// from the second attempt. A right turn is served by the first, clockwise.
+TEST(Fillet, LineCornersOnBothSides) {
     const CZorVertexArray t = ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 0, 10), 2.0, 0);
     ASSERT_EQ(t.len(), 3);
     expectSegment(t[0], P(-10, 0), P(-2, 0), 0.0);
@@ -33,12 +45,10 @@ TEST(Fillet, LeftTurnFindsTheSecondSide) {
     EXPECT_TRUE(refused[0] == L(-10, 0, 0, 0));
     EXPECT_EQ(ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 0, 10), 2.0, 1).len(), 3);
     EXPECT_EQ(ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 0, 10), 2.0, 7).len(), 2);
-}
 
-TEST(Fillet, RightTurnTakesTheFirstSide) {
-    const CZorVertexArray t = ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 0, -10), 2.0, 0);
-    ASSERT_EQ(t.len(), 3);
-    expectSegment(t[2], P(-2, 0), P(0, -2), -std::tan(M_PI / 8));
+    const CZorVertexArray right = ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 0, -10), 2.0, 0);
+    ASSERT_EQ(right.len(), 3);
+    expectSegment(right[2], P(-2, 0), P(0, -2), -std::tan(M_PI / 8));
     EXPECT_EQ(ZOR::g_vx_fillet(L(-10, 0, 0, 0), L(0, 0, 0, -10), 2.0, 1).len(), 2);
 }
 
@@ -67,36 +77,27 @@ TEST(Fillet, RadiusKindsAndRefusals) {
 TEST(Fillet, LineArcAndArcArcCorners) {
     const CZorVertex line = L(-10, 0, 0, 0);
     const CZorVertex arc(P(0, 0), P(0, 10), 0.5);
-    CZorVertexArray t = ZOR::g_vx_fillet(line, arc, 1.0, 0);
-    ASSERT_EQ(t.len(), 3);
-    EXPECT_TRUE(t[0].end == t[2].start);
-    EXPECT_TRUE(t[2].end == t[1].start);
-    EXPECT_GT(t[2].bulge, 0.0);
-    EXPECT_NEAR(t[2].radius(), 1.0, 1e-9);
-    EXPECT_NEAR(t[2].center().y, 1.0, 1e-9);
-    EXPECT_NEAR(t[2].center().distanceTo(arc.center()), arc.radius() - 1.0, 1e-9);
+    CZorVertex f = joinedArc(ZOR::g_vx_fillet(line, arc, 1.0, 0));
+    EXPECT_GT(f.bulge, 0.0);
+    EXPECT_NEAR(f.center().y, 1.0, 1e-9);
+    EXPECT_NEAR(f.center().distanceTo(arc.center()), arc.radius() - 1.0, 1e-9);
     EXPECT_EQ(ZOR::g_vx_fillet(line, arc, 1.0, 1).len(), 3);
     EXPECT_EQ(ZOR::g_vx_fillet(line, arc, 1.0, -1).len(), 2);
     // Mirrored into a right turn, the first attempt holds: a clockwise fillet, and side +1,
     // which the second attempt would have served, keeps the corner.
     const CZorVertex down(P(0, 0), P(0, -10), -0.5);
-    t = ZOR::g_vx_fillet(line, down, 1.0, 0);
-    ASSERT_EQ(t.len(), 3);
-    EXPECT_LT(t[2].bulge, 0.0);
-    EXPECT_NEAR(t[2].center().y, -1.0, 1e-9);
-    EXPECT_NEAR(t[2].center().distanceTo(down.center()), down.radius() - 1.0, 1e-9);
+    f = joinedArc(ZOR::g_vx_fillet(line, down, 1.0, 0));
+    EXPECT_LT(f.bulge, 0.0);
+    EXPECT_NEAR(f.center().y, -1.0, 1e-9);
+    EXPECT_NEAR(f.center().distanceTo(down.center()), down.radius() - 1.0, 1e-9);
     EXPECT_EQ(ZOR::g_vx_fillet(line, down, 1.0, 1).len(), 2);
 
     const CZorVertex a1(P(-10, 0), P(0, 0), 0.2);
     const CZorVertex a2(P(0, 0), P(0, 10), 0.2);
-    t = ZOR::g_vx_fillet(a1, a2, 1.0, 0);
-    ASSERT_EQ(t.len(), 3);
-    EXPECT_TRUE(t[0].end == t[2].start);
-    EXPECT_TRUE(t[2].end == t[1].start);
-    EXPECT_GT(t[2].bulge, 0.0);
-    EXPECT_NEAR(t[2].radius(), 1.0, 1e-9);
-    EXPECT_NEAR(t[2].center().distanceTo(a1.center()), a1.radius() - 1.0, 1e-9);
-    EXPECT_NEAR(t[2].center().distanceTo(a2.center()), a2.radius() - 1.0, 1e-9);
+    f = joinedArc(ZOR::g_vx_fillet(a1, a2, 1.0, 0));
+    EXPECT_GT(f.bulge, 0.0);
+    EXPECT_NEAR(f.center().distanceTo(a1.center()), a1.radius() - 1.0, 1e-9);
+    EXPECT_NEAR(f.center().distanceTo(a2.center()), a2.radius() - 1.0, 1e-9);
     EXPECT_EQ(ZOR::g_vx_fillet(a1, a2, 1.0, -1).len(), 2);
 }
 
