@@ -23,16 +23,20 @@ namespace {
 // original are contiguous and in order, so the position of an original's first piece is found
 // by bisection.
 //
-// It also bounds the breaking. Two segments meet in at most two points (four ends of concentric
-// arcs), and each may hold the other's starts, so an original segment is broken at most a few
-// times per segment of the other polyline. Numerically degenerate input (a NaN or astronomic
-// bulge) can keep producing pieces that meet the other segment again; the budget stops that
-// without touching any sane result.
+// It also bounds the breaking. Every break falls inside a piece, at a point that then becomes
+// an end of two pieces, so on sane input an original segment is broken at most once per
+// distinct point the walk can produce: the ends of the segments of both polylines and the
+// crossings of their segments (at most 4 per pair of originals, two circles meeting twice at
+// each of two overlaps' ends); pieces met on an overlap add no point of their own. Numerically
+// degenerate input (a NaN or astronomic bulge) can keep producing pieces that meet the other
+// segment again; a budget of that many breaks per original stops it without touching any sane
+// result.
 class PieceMap {
   public:
-    PieceMap(int n, int otherLength) : origin_(n), budget_(n, 8 * (otherLength + 1)) {
+    PieceMap(int n, std::int64_t budget) : origin_(n), budget_(n, budget) {
         for (int i = 0; i < n; ++i) origin_[i] = i;
     }
+    static std::int64_t budgetFor(int n, int m) { return (n + 1LL) + (m + 1LL) + 4LL * n * m; }
     int origin(int piece) const { return origin_[piece]; }
     int firstPiece(int original) const {
         return static_cast<int>(std::lower_bound(origin_.begin(), origin_.end(), original) -
@@ -46,7 +50,7 @@ class PieceMap {
 
   private:
     std::vector<int> origin_;
-    std::vector<int> budget_;
+    std::vector<std::int64_t> budget_;
 };
 
 // One pair of the breaking walk. Returns true when a segment was broken, in which case the same
@@ -315,8 +319,9 @@ bool g_vl_break(CZorVertexArray& a, CZorVertexArray& b, int flags) {
     // pieces of each in order: the plain nested loop's order of work.
     const detail::SegmentIndex index(b);
     const double margin = detail::boxMargin();
-    PieceMap aPieces(a.len(), b.len());
-    PieceMap bPieces(b.len(), a.len());
+    const std::int64_t budget = PieceMap::budgetFor(a.len(), b.len());
+    PieceMap aPieces(a.len(), budget);
+    PieceMap bPieces(b.len(), budget);
     std::vector<int> candidates;
     for (int i = 0; i < a.len(); ++i) {
         index.query(detail::segmentBox(a[i], margin), candidates);
