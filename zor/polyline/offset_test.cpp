@@ -111,15 +111,18 @@ TEST(Offset, CircleGrowsAndCollapses) {
 
 TEST(Offset, ShortEdgeTurnsOverAndNeighboursMeet) {
     // A notch: the short top edge from (6,10) to (4,10) sits between two long slanted edges.
-    CZorVertexArray l;
-    l.append(CZorVertex(P(0, 0), P(10, 0), 0.0));
-    l.append(CZorVertex(P(10, 0), P(6, 10), 0.0));
-    l.append(CZorVertex(P(6, 10), P(4, 10), 0.0));
-    l.append(CZorVertex(P(4, 10), P(0, 0), 0.0));
+    // The survivors keep their order, tags and the polyline's normal.
+    CZorVertexArray l = zor_test::Polygon({P(0, 0), P(10, 0), P(6, 10), P(4, 10)});
+    for (int i = 0; i < 4; ++i) l[i].tag = i + 1;
+    l.setNormal(CZorVector3d(0, 0, -1));
     offsetPolyline(l, -1.5, true);
     ASSERT_EQ(l.len(), 3);
     EXPECT_TRUE(l.isClosed());
     EXPECT_NEAR(l[1].end.x, 5.0, 1e-9);
+    EXPECT_EQ(l[0].tag, 1);
+    EXPECT_EQ(l[1].tag, 2);
+    EXPECT_EQ(l[2].tag, 4);
+    EXPECT_TRUE(l.normal() == CZorVector3d(0, 0, -1));
 
     // The same outline starting at the short edge: the walk judges it last, when it comes round.
     // Without the closing joint repaired its start stays put, and it keeps its direction.
