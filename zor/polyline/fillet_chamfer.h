@@ -29,8 +29,9 @@ CZorVertexArray g_vl_fillet(const CZorVertexArray& vl, double r, int side, bool 
 CZorVertexArray g_vl_fillet_p(const CZorVertexArray& vl, const CZorPoint3d& p, double r);
 // Corners cut at the distance `d` from the corner point (for a negative `d`, by the circle of
 // diameter |d| through the corner). `side` 0 or 0x7FFFFFFF cuts all, positive those turning like
-// the whole polyline, negative those turning against it. `vl` comes back normalised; true when
-// segments were added.
+// the whole polyline, negative those turning against it; the whole is read from the second
+// segment round to the first, so an open polyline's last end doesn't count towards it. `vl`
+// comes back normalised; true when segments were added.
 bool g_vl_chamfer(CZorVertexArray& vl, double d, int side);
 // g_vl_chamfer of every member. Always true.
 bool g_vll_chamfer(CZorArrayTempl<CZorVertexArray>& vll, double d, int side);
