@@ -425,7 +425,8 @@ void g_vl_sort(CZorVertexArray& vl) {
     const int n = vl.len();
     if (n < 2) return;
     StartGrid grid(vl);
-    CZorPoint3d p0 = vl[0].start;
+    // A loop that closes needs no mark of its own: the search goes on from its last end, which
+    // usually finds no following start, so the next segment stays and begins the next chain.
     for (int i = 1; i < n; ++i) {
         if (vl[i - 1].end == vl[i].start) {
             vl[i - 1].end = vl[i].start;
@@ -437,8 +438,6 @@ void g_vl_sort(CZorVertexArray& vl) {
                 grid.swapPositions(vl, k, i);
             }
         }
-        // A completed loop: the next segment starts the next one.
-        if (vl[i].end == p0) p0 = vl[(i + 1) % n].start;
     }
 }
 

@@ -335,7 +335,6 @@ TEST(SortTest, RestoresRunningOrderOfChainsAndLoops) {
 void PlainSort(CZorVertexArray& vl) {
     const int n = vl.len();
     if (n < 2) return;
-    CZorPoint3d p0 = vl[0].start;
     for (int i = 1; i < n; ++i) {
         if (vl[i - 1].end == vl[i].start) {
             vl[i - 1].end = vl[i].start;
@@ -348,7 +347,6 @@ void PlainSort(CZorVertexArray& vl) {
                 }
             }
         }
-        if (vl[i].end == p0) p0 = vl[(i + 1) % n].start;
     }
 }
 
