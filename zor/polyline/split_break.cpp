@@ -194,9 +194,12 @@ CZorVertexArray g_vl_split_ang(const CZorVertexArray& vl, double ang) {
         const CZorPoint3d c = s.center();
         const double r = c.distanceTo(s.start);
         const double sweep = 4.0 * std::atan(s.bulge);
-        // A clockwise sweep is negative and always yields two pieces.
+        // A clockwise sweep is negative and always yields two pieces. So does a ratio that is
+        // no count at all (an angle of 0 or NaN): a million pieces would be no safer answer and
+        // would hold the split for hours.
         const double ratio = sweep / ang;
-        const int n = std::max(ratio > 0.0 ? detail::truncCount(ratio) + 1 : 1, 2);
+        const int n =
+            std::isfinite(ratio) && ratio > 0.0 ? std::max(detail::truncCount(ratio) + 1, 2) : 2;
         const double step = sweep / n;
         const double a0 = angle(c, s.start);
         for (int m = 1; m <= n; ++m) pts.append(polar(c, a0 + m * step, r));

@@ -41,6 +41,9 @@ TEST(SplitTest, EqualSweeps) {
     EXPECT_EQ(ZOR::g_vl_split_ang(half, 10.0).len(), 2);
     // A clockwise sweep is negative: always two pieces.
     EXPECT_EQ(ZOR::g_vl_split_ang(half.reverse(), 0.1).len(), 2);
+    // An angle that gives no count: two pieces, not an endless split.
+    EXPECT_EQ(ZOR::g_vl_split_ang(half, 0.0).len(), 2);
+    EXPECT_EQ(ZOR::g_vl_split_ang(half, std::nan("")).len(), 2);
 }
 
 TEST(SplitTest, ChordsWithinADeviation) {
