@@ -185,6 +185,9 @@ CZorVertexArray g_pl_extrect(CZorPoint3dArray pts, double w) {
 }
 
 CZorVertexArray g_ext_vl(const CZorPoint3dArray& pts, double w) {
+    // Without two corners there is no rectangle; four zero segments at the origin would pass
+    // for one.
+    if (pts.len() < 2) return CZorVertexArray();
     const CZorPoint3d& a = pts[0];
     const CZorPoint3d& b = pts[1];
     CZorPoint3d q1, q2;

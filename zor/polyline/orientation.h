@@ -44,7 +44,7 @@ double g_vl_extmax_y(const CZorVertexArray& vl, double w);
 CZorVertexArray g_vl_extrect(const CZorVertexArray& vl, double w);
 CZorVertexArray g_pl_extrect(CZorPoint3dArray pts, double w);
 // Closed counter-clockwise rectangle with the opposite corners pts[0] and pts[1], its sides
-// along w and across it.
+// along w and across it. Empty with fewer than two points.
 CZorVertexArray g_ext_vl(const CZorPoint3dArray& pts, double w);
 
 }  // namespace ZOR

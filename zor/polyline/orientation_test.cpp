@@ -82,6 +82,7 @@ TEST(OrientationTest, Rectangles) {
     ASSERT_EQ(turned.len(), 4);
     EXPECT_TRUE(ZOR::g_vl_orient(turned, CZorVector3d::kZAxis));
     EXPECT_TRUE(turned.isClosed());
+    EXPECT_EQ(ZOR::g_ext_vl(Points({P(1, 1)}), 0.0).len(), 0);
 }
 
 TEST(OrientationTest, TurnedBoxes) {
