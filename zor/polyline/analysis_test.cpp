@@ -1,6 +1,7 @@
 #include "zor/polyline/analysis.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -69,8 +70,12 @@ TEST(PointInsideTest, HierarchyAnswersLikeThePlainTest) {
         int inside = 0;
         for (int k = 0; k < 200; ++k) {
             const CZorPoint3d p(coord(rng), coord(rng), 0.0);
+            std::srand(k + 1);
             const bool plain = ZOR::g_vl_pt_inside(outline, p, true);
+            const int nextDraw = std::rand();
+            std::srand(k + 1);
             ASSERT_EQ(tester.inside(p, true), plain) << p.x << " " << p.y;
+            EXPECT_EQ(std::rand(), nextDraw);  // as many directions drawn
             inside += plain;
         }
         // Points on the outline itself.
@@ -81,6 +86,15 @@ TEST(PointInsideTest, HierarchyAnswersLikeThePlainTest) {
         EXPECT_GT(inside, 30);
         EXPECT_LT(inside, 190);
     }
+    // A first ray through a corner is thrown away by both, after the same draws.
+    const CZorVertexArray square = zor_test::Rect(0, 0, 2, 2);
+    const ZOR::detail::PointInsideTester tester(square);
+    std::srand(3);
+    EXPECT_TRUE(ZOR::g_vl_pt_inside(square, P(1.5, 1), false));
+    const int nextDraw = std::rand();
+    std::srand(3);
+    EXPECT_TRUE(tester.inside(P(1.5, 1), false));
+    EXPECT_EQ(std::rand(), nextDraw);
 }
 
 TEST(StaticsTest, RectangleValues) {
