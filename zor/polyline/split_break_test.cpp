@@ -78,6 +78,20 @@ TEST(SplitTest, TangentDirectionsAndShadowEdges) {
     EXPECT_NEAR(shadow.geomLength(), 2 * kPi, 1e-9);
 }
 
+TEST(SplitTest, DegenerateArcsEndTheSplits) {
+    // On an astronomic bulge rounding keeps finding the tangent point just broken at; the walks
+    // must end all the same.
+    for (const double bulge : {1e12, -1e15, std::nan(""), 1e300}) {
+        CZorVertexArray lens;
+        lens.append(CZorVertex(P(0, 0), P(4, 0.001), bulge));
+        lens.append(CZorVertex(P(4, 0.001), P(0, 0), bulge));
+        for (const double w : {0.0, 0.3}) {
+            EXPECT_LE(ZOR::g_vl_split_tang_w(lens, w).len(), 2 + 2 * 2 + 2);
+            EXPECT_LE(ZOR::g_vl_split_w(lens, w).len(), 2 + 4 * 3 * 3);
+        }
+    }
+}
+
 TEST(CutTest, PieceBetweenTwoPoints) {
     const CZorVertexArray square = zor_test::Rect(0, 0, 2, 2);
     // From the last corner to the second, across the seam.
