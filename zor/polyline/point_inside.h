@@ -3,7 +3,9 @@
 // A ray leaves the point away from the first segment; a point on the outline answers `onEdge`
 // at once, and a ray that meets a segment end is thrown away and restarted in a random
 // direction (from the runtime's rand), so that only clean crossings are counted. The ray has a
-// fixed length of 1e7 model units.
+// fixed length of 1e7 model units. Random directions escape a segment end at once on any real
+// outline; should 10000 rays in a row meet one (degenerate geometry), the parity of what the
+// last ray had counted answers, so that the call returns.
 #pragma once
 
 #include <vector>
