@@ -25,12 +25,11 @@ namespace {
 //
 // It also bounds the breaking. Every break falls inside a piece, at a point that then becomes
 // an end of two pieces, so on sane input an original segment is broken at most once per
-// distinct point the walk can produce: the ends of the segments of both polylines and the
-// crossings of their segments (at most 4 per pair of originals, two circles meeting twice at
-// each of two overlaps' ends); pieces met on an overlap add no point of their own. Numerically
-// degenerate input (a NaN or astronomic bulge) can keep producing pieces that meet the other
-// segment again; a budget of that many breaks per original stops it without touching any sane
-// result.
+// distinct point the walk can produce: the starts and ends of the n and m original segments
+// (2n + 2m) and the crossings of two originals (2 per pair); where pieces overlap they meet at
+// piece ends, which adds no point. (n + 1) + (m + 1) + 4nm breaks per original cover that with
+// room to spare. Numerically degenerate input (a NaN or astronomic bulge) can keep producing
+// pieces that meet the other segment again; the budget stops it without touching a sane result.
 class PieceMap {
   public:
     PieceMap(int n, std::int64_t budget) : origin_(n), budget_(n, budget) {
