@@ -276,7 +276,9 @@ CZorVertexArray g_vl_split_w(CZorVertexArray vl, double w) {
         if (!blocked) freePoints.append(p);
     }
 
-    int breaks = 4 * (vl.len() + 1) * (freePoints.len() + 1);
+    // Each shadow line meets an original segment at most twice; 64 bits, as the product of two
+    // counts of a dense outline passes 2^31.
+    std::int64_t breaks = 4 * (vl.len() + 1LL) * (freePoints.len() + 1LL);
     for (int i = 0; i < vl.len();) {
         bool broken = false;
         for (int k = 0; k < freePoints.len() && !broken && breaks > 0; ++k) {
