@@ -71,11 +71,19 @@ TEST(SplitTest, TangentDirectionsAndShadowEdges) {
     EXPECT_EQ(atTop[0].end, P(0, 1));
     EXPECT_EQ(atTop[2].end, P(0, -1));
 
-    // Light from +X on a circle: the shadow edges are its top and bottom.
-    const CZorVertexArray shadow = ZOR::g_vl_split_w(circle, 0.0);
-    EXPECT_GE(shadow.len(), 2);
-    EXPECT_TRUE(shadow.isClosed());
-    EXPECT_NEAR(shadow.geomLength(), 2 * kPi, 1e-9);
+    // A step lit along +X: the free corner (10, 4) throws its shadow onto the left side at
+    // (0, 4). The outline starts at its corner furthest against the light, searched from
+    // segment 1 on: (0, 8), although segment 0 starts at (0, 0) as far out.
+    const CZorVertexArray step = Polygon({P(0, 0), P(10, 0), P(10, 4), P(6, 4), P(6, 8), P(0, 8)});
+    const CZorVertexArray lit = ZOR::g_vl_split_w(step, 0.0);
+    ASSERT_EQ(lit.len(), 7);
+    EXPECT_EQ(lit[0], L(P(0, 8), P(0, 4)));
+    EXPECT_EQ(lit[1], L(P(0, 4), P(0, 0)));
+    EXPECT_EQ(lit[6].end, P(0, 8));
+    // Lit along -X nothing is shadowed; the first of the equally far corners leads.
+    const CZorVertexArray back = ZOR::g_vl_split_w(step, kPi);
+    ASSERT_EQ(back.len(), 6);
+    EXPECT_EQ(back[0].start, P(10, 0));
 }
 
 TEST(SplitTest, DegenerateArcsEndTheSplits) {
