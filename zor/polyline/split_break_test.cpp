@@ -319,6 +319,13 @@ TEST(NeutralTest, OffsetsFlaggedSegmentsAndRepairsJoints) {
     EXPECT_EQ(out[0].end, P(4, 0.5));
     EXPECT_EQ(out[3].end, P(0, 0.5));
     EXPECT_TRUE(out.isClosed());
+
+    // Two collinear segments, the first moved off the line: their joint has no crossing, so
+    // the result ends with the segment before it.
+    const CZorVertexArray straight = Polygon({P(0, 0), P(4, 0), P(8, 0)}, false);
+    const CZorVertexArray cut = ZOR::vl_neutral(straight, flags, 1.0);
+    ASSERT_EQ(cut.len(), 1);
+    EXPECT_EQ(cut[0], L(P(0, 0.5), P(4, 0.5)));
 }
 
 TEST(SortTest, RestoresRunningOrderOfChainsAndLoops) {
