@@ -259,6 +259,8 @@ TEST(EqualityTest, SameShapeAndSamePlace) {
     EXPECT_TRUE(ZOR::g_vl_equal(square, Polygon({P(2, 0), P(2, 2), P(0, 2), P(0, 0)}), 1e-5));
     EXPECT_FALSE(ZOR::g_vl_equal(square, zor_test::Rect(0, 0, 2, 2.1), 1e-5));
     EXPECT_TRUE(ZOR::g_vl_equal(square, zor_test::Rect(0, 0, 2, 2.001), 0.01));
+    // In place, the boxes' diagonals are held to the vector tolerance, not to `tol`.
+    EXPECT_FALSE(ZOR::g_vl_equal1(square, zor_test::Rect(0, 0, 2, 2.001), 0.01));
     CZorVertexArray bulged = square;
     bulged[1].bulge = 0.3;
     EXPECT_FALSE(ZOR::g_vl_equal(square, bulged, 1e-5));
