@@ -6,6 +6,7 @@
 
 #include "zor/polyline/test_shapes.h"
 #include "zor/polyline/vertexarray.h"
+#include "zor/polyline/vertexarray_ex.h"
 
 namespace {
 
@@ -104,9 +105,12 @@ TEST(Offset, CircleGrowsAndCollapses) {
     offsetPolyline(l, 1.0, true);
     ASSERT_EQ(l.len(), 2);
     EXPECT_NEAR(l[0].radius(), 6.0, 1e-9);
-    l = Circle(0, 0, 5);
-    offsetPolyline(l, -6.0, true);
-    EXPECT_EQ(l.len(), 0);
+    // Both arcs collapse onto the centre and go; an Ex polyline keeps its attributes.
+    CZorVertexArrayEx ex(Circle(0, 0, 5));
+    ex.attrNumber = 5;
+    offsetPolyline(ex, -6.0, true);
+    EXPECT_EQ(ex.len(), 0);
+    EXPECT_EQ(ex.attrNumber, 5);
 }
 
 TEST(Offset, ShortEdgeTurnsOverAndNeighboursMeet) {
