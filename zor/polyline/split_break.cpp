@@ -163,6 +163,43 @@ class StartGrid {
     std::unordered_map<std::uint64_t, std::vector<int>> cells_;
 };
 
+// The points of a list sorted by x, to find those inside a box. A point with a non-finite
+// coordinate is unusable and left out: it would otherwise pass the tolerance tests (whose
+// comparisons are all false on NaN) and break segments into pieces without coordinates.
+class PointsByX {
+  public:
+    explicit PointsByX(const CZorPoint3dArray& pts) : pts_(pts) {
+        for (int k = 0; k < pts.len(); ++k) {
+            const CZorPoint3d& p = pts[k];
+            if (std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z)) {
+                byX_.push_back(Entry{p.x, k});
+            }
+        }
+        std::sort(byX_.begin(), byX_.end(),
+                  [](const Entry& a, const Entry& b) { return a.x < b.x; });
+    }
+
+    // Indices of the points inside `b`, ascending; `out` is replaced.
+    void inside(const detail::Box2d& b, std::vector<int>& out) const {
+        out.clear();
+        auto it = std::lower_bound(byX_.begin(), byX_.end(), b.xlo,
+                                   [](const Entry& e, double x) { return e.x < x; });
+        for (; it != byX_.end() && it->x <= b.xhi; ++it) {
+            const double y = pts_[it->k].y;
+            if (y >= b.ylo && y <= b.yhi) out.push_back(it->k);
+        }
+        std::sort(out.begin(), out.end());
+    }
+
+  private:
+    struct Entry {
+        double x;
+        int k;
+    };
+    const CZorPoint3dArray& pts_;
+    std::vector<Entry> byX_;
+};
+
 CZorVertexArray withNormalOf(const CZorVertexArray& source) {
     CZorVertexArray out;
     out.setNormal(source.normal());
@@ -174,12 +211,26 @@ CZorVertexArray withNormalOf(const CZorVertexArray& source) {
 CZorVertexArray g_vl_split(CZorVertexArray vl, const CZorPoint3dArray& pts) {
     if (pts.len() == 0) return vl;
     const int limit = 2 * (vl.len() + pts.len());
+    // A point that equals an end of a piece or lies on it lies within the tolerance-widened box
+    // of the original segment, and every piece stays inside that box. So the points inside the
+    // box, in list order, are all that the walk over every point would act on.
+    const PointsByX byX(pts);
+    const double margin = detail::boxMargin();
+    std::vector<int> candidates;
+    int piecesEnd = 0;  // one past the last piece of the original segment being walked
     for (int i = 0; i < vl.len() && i <= limit; ++i) {
-        for (int k = 0; k < pts.len(); ++k) {
+        if (i == piecesEnd) {
+            byX.inside(detail::segmentBox(vl[i], margin), candidates);
+            piecesEnd = i + 1;
+        }
+        for (const int k : candidates) {
             const CZorPoint3d& p = pts[k];
             const CZorVertex& s = vl[i];
             if (p == s.start || p == s.end) continue;
-            if (s.isPoint(p)) vl.breakVertex(i, p);
+            if (s.isPoint(p)) {
+                vl.breakVertex(i, p);
+                ++piecesEnd;
+            }
         }
     }
     return vl;

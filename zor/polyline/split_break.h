@@ -17,8 +17,8 @@
 
 namespace ZOR {
 
-// Broken at each point that lies inside a segment; points at segment ends or off the polyline
-// are ignored.
+// Broken at each point that lies inside a segment; points at segment ends, off the polyline or
+// without finite coordinates are ignored.
 CZorVertexArray g_vl_split(CZorVertexArray vl, const CZorPoint3dArray& pts);
 // Every arc broken into equal sweeps of at most `ang` (clockwise arcs into two pieces).
 CZorVertexArray g_vl_split_ang(const CZorVertexArray& vl, double ang);

@@ -31,6 +31,48 @@ TEST(SplitTest, AtPoints) {
     EXPECT_EQ(many[1].end, P(3, 0));
     EXPECT_EQ(many[3].end, P(4, 2));
     EXPECT_EQ(ZOR::g_vl_split(vl, CZorPoint3dArray()), vl);
+    EXPECT_EQ(ZOR::g_vl_split(vl, Points({P(std::nan(""), 0), P(1, HUGE_VAL)})), vl);
+}
+
+// The plain walk of every point over every piece that the box-filtered split must reproduce.
+CZorVertexArray PlainSplit(CZorVertexArray vl, const CZorPoint3dArray& pts) {
+    const int limit = 2 * (vl.len() + pts.len());
+    for (int i = 0; i < vl.len() && i <= limit; ++i) {
+        for (int k = 0; k < pts.len(); ++k) {
+            const CZorPoint3d& p = pts[k];
+            if (p == vl[i].start || p == vl[i].end) continue;
+            if (vl[i].isPoint(p)) vl.breakVertex(i, p);
+        }
+    }
+    return vl;
+}
+
+void ExpectBitEqual(const CZorVertexArray& x, const CZorVertexArray& y);
+
+TEST(SplitTest, FilteredSplitEqualsThePlainWalkBitForBit) {
+    std::mt19937 rng(3);
+    std::uniform_real_distribution<double> coord(0.0, 40.0);
+    int pieces = 0;
+    for (int round = 0; round < 4; ++round) {
+        const CZorVertexArray vl = zor_test::RandomWalk(rng, 60, 40.0, 4.0);
+        // Points on the segments (their middles and quarter points), at joints, off the
+        // polyline, and repeated.
+        CZorPoint3dArray pts;
+        for (int i = 0; i < vl.len(); i += 2) {
+            CZorVertex firstHalf = vl[i];
+            firstHalf.setEndPoint(vl[i].mid());
+            pts.append(vl[i].mid()).append(firstHalf.mid()).append(vl[i].start);
+            pts.append(P(coord(rng), coord(rng)));
+        }
+        pts.append(pts[0]);
+        for (int i = pts.len() - 1; i > 0; --i) {
+            std::swap(pts[i], pts[std::uniform_int_distribution<int>(0, i)(rng)]);
+        }
+        const CZorVertexArray filtered = ZOR::g_vl_split(vl, pts);
+        ExpectBitEqual(filtered, PlainSplit(vl, pts));
+        pieces += filtered.len() - vl.len();
+    }
+    EXPECT_GT(pieces, 100);
 }
 
 TEST(SplitTest, EqualSweeps) {
