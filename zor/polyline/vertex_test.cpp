@@ -49,6 +49,15 @@ TEST(VertexTest, MinorArcCentreLiesLeftOfChordForPositiveBulge) {
     // The arc swells to the right of the chord direction.
     EXPECT_LT(v.mid().y, 0.0);
     EXPECT_NEAR(v.mid().y, -0.5, 1e-12);  // sagitta = |b| * chord / 2
+
+    // More than half a circle: the centre moves over to the swollen side.
+    const CZorVertex major(P(0, 0), P(2, 0), 2.0);
+    EXPECT_LT(major.center().y, 0.0);
+    EXPECT_NEAR(major.mid().y, -2.0, 1e-12);
+    EXPECT_NEAR(major.center().distanceTo(major.mid()), major.radius(), 1e-12);
+    const CZorVertex mirrored(P(0, 0), P(2, 0), -2.0);
+    EXPECT_GT(mirrored.center().y, 0.0);
+    EXPECT_NEAR(mirrored.mid().y, 2.0, 1e-12);
 }
 
 TEST(VertexTest, LineHasNoCentreOrRadius) {
@@ -132,8 +141,8 @@ TEST(VertexTest, MovingAnEndKeepsTheCircle) {
     CZorVertex x(P(1, 0), P(0, 1), std::tan(kPi / 8));
     x.setEndPoint(P(1, -0.001));
     EXPECT_GT(x.bulge, 1.0);
-    CZorVertex cw(P(-1, 0), P(1, 0), 1.0);  // lower half, clockwise seen from (1,0)? no: ccw
-    cw.revert();                            // now (1,0) -> (-1,0), bulge -1, through (0,-1)
+    // The lower half walked clockwise: (1,0) -> (-1,0) through (0,-1), bulge -1.
+    CZorVertex cw(P(1, 0), P(-1, 0), -1.0);
     cw.setEndPoint(P(0, -3));
     ExpectPoint(cw.end, 0, -1);
     EXPECT_NEAR(cw.bulge, -std::tan(kPi / 8), 1e-12);
