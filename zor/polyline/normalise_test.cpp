@@ -88,13 +88,25 @@ TEST(NormTest, ArcsMergeOnOneCircleButNeverIntoAFullCircle) {
     quarters.append(CZorVertex(P(0, 1), P(-1, 0), q));
     quarters.append(CZorVertex(P(-1, 0), P(0, -1), q));
     quarters.append(CZorVertex(P(0, -1), P(1, 0), q));
-    quarters.norm(false);
-    EXPECT_GE(quarters.len(), 2);
-    EXPECT_LT(quarters.len(), 4);
-    EXPECT_TRUE(quarters.isClosed());
-    double sweep = 0;
-    for (int i = 0; i < quarters.len(); ++i) sweep += 4 * std::atan(quarters[i].bulge);
-    EXPECT_NEAR(sweep, 2 * kPi, 1e-9);
+
+    // Across the closing joint the last quarter takes in the first two before the circle would
+    // close, so the walk starts at the third: three quarters from (-1,0), then the second one.
+    CZorVertexArray merged = quarters;
+    merged.norm(false);
+    ASSERT_EQ(merged.len(), 2);
+    EXPECT_EQ(merged[0].start, P(-1, 0));
+    EXPECT_EQ(merged[0].end, P(0, 1));
+    EXPECT_NEAR(merged[0].bulge, std::tan(3 * kPi / 8), 1e-12);
+    EXPECT_EQ(merged[1], quarters[1]);
+    EXPECT_TRUE(merged.isClosed());
+
+    // Keeping the start: the first three merge from (1,0), the fourth stays alone.
+    CZorVertexArray kept = quarters;
+    kept.norm(true);
+    ASSERT_EQ(kept.len(), 2);
+    EXPECT_EQ(kept[0].start, P(1, 0));
+    EXPECT_EQ(kept[0].end, P(0, -1));
+    EXPECT_EQ(kept[1], quarters[3]);
 }
 
 TEST(NormTest, JointsBecomeBitEqualGapsStay) {
@@ -110,6 +122,13 @@ TEST(NormTest, JointsBecomeBitEqualGapsStay) {
     EXPECT_EQ(vl[0].end.y, 3e-6);
     EXPECT_EQ(vl[2].end.x, vl[3].start.x);
     EXPECT_NE(vl[3].end, vl[4].start);
+
+    // The closing joint is snapped too: the last end takes the first start.
+    CZorVertexArray loop = zor_test::Rect(0, 0, 1, 1);
+    loop[3].end = P(0, 4e-6);
+    loop.norm(true);
+    ASSERT_EQ(loop.len(), 4);
+    EXPECT_EQ(loop[3].end.y, 0.0);
 }
 
 TEST(CloseTest, BridgesGapsAndClosesOnRequest) {
