@@ -26,6 +26,7 @@
 
 // Segments, polylines and regions.
 #include "zor/polyline/fillet_chamfer.h"
+#include "zor/polyline/offset.h"
 #include "zor/polyline/polyline_algorithms.h"
 #include "zor/regions/regions.h"
 

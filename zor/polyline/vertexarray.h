@@ -19,7 +19,8 @@
 class CZorVertexArray : public CZorArray {
   public:
     // The operation of ZOR::g_vl_bool; the values are part of the interface.
-    enum boolOper { boolUnion = 0, boolDiff = 1, boolSect = 2 };
+    // A fixed underlying type, so that any other value can be passed and selects nothing.
+    enum boolOper : int { boolUnion = 0, boolDiff = 1, boolSect = 2 };
 
     CZorVertexArray();
     explicit CZorVertexArray(const CZorVertex& v);

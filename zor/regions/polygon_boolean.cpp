@@ -8,9 +8,11 @@
 #include "zor/regions/loop_breaking.h"
 #include "zor/regions/region_index.h"
 
-namespace ZOR::detail {
-
+namespace ZOR {
 namespace {
+
+using detail::PointGrid;
+using detail::PointInsideTester;
 
 // The segments of a polyline, searched by their start for one `==` to a given segment.
 class SegmentLookup {
@@ -37,8 +39,8 @@ class SegmentLookup {
 
 }  // namespace
 
-CZorVertexArray polygonBoolean(CZorVertexArray a, CZorVertexArray b, int op) {
-    breakBoth(a, b);
+CZorVertexArray g_vl_bool(CZorVertexArray a, CZorVertexArray b, CZorVertexArray::boolOper op) {
+    detail::breakBoth(a, b);
     const PointInsideTester inA(a), inB(b);
     const SegmentLookup segmentsOfA(a), segmentsOfB(b);
     CZorVertexArray out;
@@ -46,11 +48,11 @@ CZorVertexArray polygonBoolean(CZorVertexArray a, CZorVertexArray b, int op) {
         const CZorVertex& s = a[i];
         const CZorPoint3d m = s.mid();
         switch (op) {
-            case 0:
-            case 1:
+            case CZorVertexArray::boolUnion:
+            case CZorVertexArray::boolDiff:
                 if (!inB.inside(m, true)) out.append(s);
                 break;
-            case 2:
+            case CZorVertexArray::boolSect:
                 if (inB.inside(m, false) || (inB.inside(m, true) && segmentsOfB.contains(s))) {
                     out.append(s);
                 }
@@ -63,35 +65,36 @@ CZorVertexArray polygonBoolean(CZorVertexArray a, CZorVertexArray b, int op) {
         const CZorVertex& s = b[i];
         const CZorPoint3d m = s.mid();
         switch (op) {
-            case 0:
+            case CZorVertexArray::boolUnion:
                 if (!inA.inside(m, true)) out.append(s);
                 break;
-            case 1: {
+            case CZorVertexArray::boolDiff: {
                 const CZorVertex r = s.reverse();
                 if (inA.inside(m, false) || (inA.inside(m, true) && segmentsOfA.contains(r))) {
                     out.append(r);
                 }
                 break;
             }
-            case 2:
+            case CZorVertexArray::boolSect:
                 if (inA.inside(m, false)) out.append(s);
                 break;
             default:
                 break;
         }
     }
-    sortChains(out);
+    detail::sortChains(out);
     out.norm(false);
     return out;
 }
 
-CZorVertexArrayEx polygonBoolean(CZorVertexArrayEx a, CZorVertexArrayEx b, int op) {
+CZorVertexArrayEx g_vl_bool(CZorVertexArrayEx a, CZorVertexArrayEx b,
+                            CZorVertexArray::boolOper op) {
     const CZorVertexArray& plainA = a;
     const CZorVertexArray& plainB = b;
-    return CZorVertexArrayEx(polygonBoolean(plainA, plainB, op));
+    return CZorVertexArrayEx(g_vl_bool(plainA, plainB, op));
 }
 
-}  // namespace ZOR::detail
+}  // namespace ZOR
 
 CZorVertexArray zor_g_vl_vl_trim(const CZorVertexArray& vl, const CZorVertexArray& loop) {
     CZorVertexArray out;

@@ -6,17 +6,17 @@
 #include "zor/polyline/vertexarray.h"
 #include "zor/polyline/vertexarray_ex.h"
 
-namespace ZOR::detail {
+namespace ZOR {
 
-// The work of g_vl_bool for the operation value `op`: 0 union, 1 first minus second, 2
-// intersection; any other value breaks both and keeps nothing. The operands are expected closed
-// and running the same way; a stretch shared by both boundaries is compared by direction. The
-// result is sorted into chains and normalised, with the default normal.
-CZorVertexArray polygonBoolean(CZorVertexArray a, CZorVertexArray b, int op);
+// Union, first minus second, or intersection (`op`); any other value breaks both and keeps
+// nothing. The operands are taken by value because breaking cuts them up; they are expected
+// closed and running the same way, and a stretch shared by both boundaries is compared by
+// direction. The result is sorted into chains and normalised, with the default normal.
+CZorVertexArray g_vl_bool(CZorVertexArray a, CZorVertexArray b, CZorVertexArray::boolOper op);
 // The same segments in a fresh Ex polyline: number 0, text null, whatever the operands carry.
-CZorVertexArrayEx polygonBoolean(CZorVertexArrayEx a, CZorVertexArrayEx b, int op);
+CZorVertexArrayEx g_vl_bool(CZorVertexArrayEx a, CZorVertexArrayEx b, CZorVertexArray::boolOper op);
 
-}  // namespace ZOR::detail
+}  // namespace ZOR
 
 // The pieces of `vl` inside `loop` or on it, in order, unnormalised; empty when `vl` doesn't
 // cross `loop` (tangent contacts don't count), also when it lies wholly inside.

@@ -9,9 +9,11 @@
 namespace {
 
 using namespace zor_test;
-using ZOR::detail::polygonBoolean;
+using ZOR::g_vl_bool;
 
-constexpr int kUnion = 0, kDiff = 1, kSect = 2;
+constexpr auto kUnion = CZorVertexArray::boolUnion;
+constexpr auto kDiff = CZorVertexArray::boolDiff;
+constexpr auto kSect = CZorVertexArray::boolSect;
 
 int chains(const CZorVertexArray& vl) {
     return static_cast<int>(ZOR::g_vl_vll(vl).len());
@@ -20,49 +22,49 @@ int chains(const CZorVertexArray& vl) {
 TEST(PolygonBoolean, DisjointAndNested) {
     const Loop a = rect(0, 0, 10, 10);
     const Loop apart = rect(20, 0, 30, 10);
-    EXPECT_EQ(chains(polygonBoolean(a, apart, kUnion)), 2);
-    EXPECT_EQ(polygonBoolean(a, apart, kDiff).len(), 4);
-    EXPECT_EQ(polygonBoolean(a, apart, kSect).len(), 0);
+    EXPECT_EQ(chains(g_vl_bool(a, apart, kUnion)), 2);
+    EXPECT_EQ(g_vl_bool(a, apart, kDiff).len(), 4);
+    EXPECT_EQ(g_vl_bool(a, apart, kSect).len(), 0);
 
     const Loop inner = rect(4, 4, 6, 6);
-    EXPECT_EQ(polygonBoolean(a, inner, kUnion).len(), 4);
-    const CZorVertexArray diff = polygonBoolean(a, inner, kDiff);
+    EXPECT_EQ(g_vl_bool(a, inner, kUnion).len(), 4);
+    const CZorVertexArray diff = g_vl_bool(a, inner, kDiff);
     const CZorArrayTempl<CZorVertexArray> parts = ZOR::g_vl_vll(diff);
     ASSERT_EQ(parts.len(), 2u);
     EXPECT_EQ(parts[0], a);
     EXPECT_EQ(parts[1].len(), 4);
     EXPECT_FALSE(ZOR::g_vl_orient(parts[1], CZorVector3d::kZAxis));  // b reversed
-    EXPECT_EQ(polygonBoolean(a, inner, kSect), inner);
-    EXPECT_EQ(polygonBoolean(a, inner, 7).len(), 0);
+    EXPECT_EQ(g_vl_bool(a, inner, kSect), inner);
+    EXPECT_EQ(g_vl_bool(a, inner, static_cast<CZorVertexArray::boolOper>(7)).len(), 0);
 }
 
 TEST(PolygonBoolean, OverlapsAndSharedStretches) {
     const Loop a = rect(0, 0, 10, 10);
-    for (int op : {kUnion, kDiff, kSect}) {
-        const CZorVertexArray r = polygonBoolean(a, rect(5, 5, 15, 15), op);
+    for (const CZorVertexArray::boolOper op : {kUnion, kDiff, kSect}) {
+        const CZorVertexArray r = g_vl_bool(a, rect(5, 5, 15, 15), op);
         ASSERT_EQ(chains(r), 1) << op;
         EXPECT_TRUE(r.isClosed()) << op;
     }
     // Equal squares: union and difference empty, intersection the square once.
-    EXPECT_EQ(polygonBoolean(a, a, kUnion).len(), 0);
-    EXPECT_EQ(polygonBoolean(a, a, kDiff).len(), 0);
-    EXPECT_EQ(polygonBoolean(a, a, kSect).len(), 4);
+    EXPECT_EQ(g_vl_bool(a, a, kUnion).len(), 0);
+    EXPECT_EQ(g_vl_bool(a, a, kDiff).len(), 0);
+    EXPECT_EQ(g_vl_bool(a, a, kSect).len(), 4);
     // Side by side: the common edge goes from the union; the difference keeps a's shape with
     // the common edge from b; the intersection is empty.
     const Loop side = rect(10, 0, 20, 10);
-    const CZorVertexArray u = polygonBoolean(a, side, kUnion);
+    const CZorVertexArray u = g_vl_bool(a, side, kUnion);
     EXPECT_EQ(u.len(), 4);
     EXPECT_TRUE(u.isClosed());
-    const CZorVertexArray d = polygonBoolean(a, side, kDiff);
+    const CZorVertexArray d = g_vl_bool(a, side, kDiff);
     EXPECT_EQ(d.len(), 4);
     EXPECT_TRUE(d.isClosed());
-    EXPECT_EQ(polygonBoolean(a, side, kSect).len(), 0);
+    EXPECT_EQ(g_vl_bool(a, side, kSect).len(), 0);
     // A small square on a's bottom edge: a notch for the difference, the union left open.
     const Loop notch = rect(4, 0, 6, 2);
-    const CZorVertexArray dn = polygonBoolean(a, notch, kDiff);
+    const CZorVertexArray dn = g_vl_bool(a, notch, kDiff);
     EXPECT_TRUE(dn.isClosed());
     EXPECT_EQ(dn.len(), 8);
-    EXPECT_FALSE(polygonBoolean(a, notch, kUnion).isClosed());
+    EXPECT_FALSE(g_vl_bool(a, notch, kUnion).isClosed());
 }
 
 TEST(PolygonBoolean, ResultCarriesNoAttributesAndTheDefaultNormal) {
@@ -70,7 +72,7 @@ TEST(PolygonBoolean, ResultCarriesNoAttributesAndTheDefaultNormal) {
     a.attrNumber = b.attrNumber = 3;
     a.attrText = b.attrText = L"t";
     a.setNormal(CZorVector3d::kXAxis);
-    const CZorVertexArrayEx r = polygonBoolean(a, b, kUnion);
+    const CZorVertexArrayEx r = g_vl_bool(a, b, kUnion);
     EXPECT_EQ(r.len(), 8);
     EXPECT_EQ(r.attrNumber, 0);
     EXPECT_TRUE(r.attrText.isNull());
