@@ -45,6 +45,22 @@ CZorVertexArray& CZorVertexArray::operator=(const CZorVertexArray& a) {
     return *this;
 }
 
+CZorVertexArray::CZorVertexArray(CZorVertexArray&& a) noexcept
+    : CZorArray(a), normal_(a.normal_), data_(std::exchange(a.data_, nullptr)) {
+    a.physicalLength = 0;
+    a.logicalLength = 0;
+}
+
+CZorVertexArray& CZorVertexArray::operator=(CZorVertexArray&& a) noexcept {
+    if (this == &a) return *this;
+    delete[] data_;
+    data_ = std::exchange(a.data_, nullptr);
+    physicalLength = std::exchange(a.physicalLength, 0);
+    logicalLength = std::exchange(a.logicalLength, 0);
+    normal_ = a.normal_;
+    return *this;
+}
+
 CZorVertexArray::~CZorVertexArray() {
     delete[] data_;
 }
@@ -58,8 +74,11 @@ int CZorVertexArray::setLength(int n) {
         delete[] data_;
         data_ = block;
     }
-    // Slots that come into use hold default segments, never stale ones.
-    for (int i = old; i < len(); ++i) data_[i] = CZorVertex();
+    // Slots that come into use hold default segments, never stale ones. A fresh block holds
+    // nothing else; only slots reused within the old storage need resetting.
+    if (capacity == 0) {
+        for (int i = old; i < len(); ++i) data_[i] = CZorVertex();
+    }
     return len();
 }
 

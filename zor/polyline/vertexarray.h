@@ -26,6 +26,9 @@ class CZorVertexArray : public CZorArray {
     explicit CZorVertexArray(const CZorVertex& v);
     CZorVertexArray(const CZorVertexArray& a);
     CZorVertexArray& operator=(const CZorVertexArray& a);
+    // Takes over the block and the normal; `a` is left empty (its normal stays).
+    CZorVertexArray(CZorVertexArray&& a) noexcept;
+    CZorVertexArray& operator=(CZorVertexArray&& a) noexcept;
     ~CZorVertexArray() override;
 
     // Element-wise by CZorVertex::operator==; the normal doesn't count.

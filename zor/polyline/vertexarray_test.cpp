@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <random>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -72,6 +73,47 @@ TEST(VertexArrayTest, AppendByPointStartsAtTheOriginWhenEmpty) {
     EXPECT_EQ(grow[8], grow[0]);
     grow.insertAt(0, grow[3]);
     EXPECT_EQ(grow[0], grow[4]);
+}
+
+TEST(VertexArrayTest, SlotsComingIntoUseHoldDefaultSegments) {
+    CZorVertexArray vl = Polygon({P(0, 0), P(1, 0), P(2, 0), P(3, 1)}, false);
+    for (int i = 0; i < vl.len(); ++i) vl[i].tag = i + 1;
+    // The removed segment stays behind the end within the storage; growing again must not
+    // bring it back.
+    vl.remove(1, false);
+    vl[3];
+    ASSERT_EQ(vl.len(), 4);
+    EXPECT_EQ(vl[2], CZorVertex());
+    EXPECT_EQ(vl[3], CZorVertex());
+    EXPECT_EQ(vl[3].tag, 0);
+    // Growth into a new block keeps every element, tag included, and defaults the rest.
+    vl[40];
+    ASSERT_EQ(vl.len(), 41);
+    EXPECT_EQ(vl[1].end, P(3, 1));
+    EXPECT_EQ(vl[1].tag, 3);
+    EXPECT_EQ(vl[40], CZorVertex());
+    EXPECT_EQ(vl[40].tag, 0);
+}
+
+TEST(VertexArrayTest, MovesTakeTheSegmentsAndNormalAndLeaveTheSourceEmpty) {
+    CZorVertexArray source = Polygon({P(0, 0), P(1, 0), P(1, 1)});
+    source.setNormal(CZorVector3d(0, 0, -1));
+    const CZorVertexArray copy = source;
+    CZorVertexArray moved(std::move(source));
+    EXPECT_EQ(moved, copy);
+    EXPECT_EQ(moved.normal(), CZorVector3d(0, 0, -1));
+    EXPECT_EQ(source.len(), 0);  // NOLINT(bugprone-use-after-move): the state is specified
+    source.append(P(2, 2), 0.0);
+    EXPECT_EQ(source.len(), 1);
+
+    CZorVertexArray target = Polygon({P(5, 5), P(6, 5), P(6, 6), P(5, 6)});
+    target = std::move(moved);
+    EXPECT_EQ(target, copy);
+    EXPECT_EQ(target.normal(), CZorVector3d(0, 0, -1));
+    EXPECT_EQ(moved.len(), 0);  // NOLINT(bugprone-use-after-move)
+    CZorVertexArray& same = target;
+    target = std::move(same);
+    EXPECT_EQ(target, copy);
 }
 
 TEST(VertexArrayTest, RemoveRepairsTheJointOnlyWhenAsked) {
