@@ -16,11 +16,11 @@ constexpr int kMaxRays = 10000;
 enum class RayResult { kOnEdge, kRestart, kCounted };
 
 // One ray over the segments that `candidates` yields, in ascending order. `crossings` counts
-// the points met.
+// the points met. `hits` is scratch: a segment's intersection replaces it only when it finds
+// points, and only then is it read.
 template <class Candidates>
 RayResult castRay(const CZorVertexArray& vl, const CZorPoint3d& p, const CZorVertex& ray,
-                  Candidates candidates, long& crossings) {
-    CZorPoint3dArray hits;
+                  Candidates candidates, CZorPoint3dArray& hits, long& crossings) {
     crossings = 0;
     RayResult result = RayResult::kCounted;
     candidates([&](int i) {
@@ -42,14 +42,15 @@ RayResult castRay(const CZorVertexArray& vl, const CZorPoint3d& p, const CZorVer
 }
 
 template <class CandidatesFor>
-bool evenOdd(const CZorVertexArray& vl, CZorPoint3d p, bool onEdge, CandidatesFor candidatesFor) {
+bool evenOdd(const CZorVertexArray& vl, CZorPoint3d p, bool onEdge, CandidatesFor candidatesFor,
+             CZorPoint3dArray& hits) {
     if (vl.len() < 2) return false;
     p.z = vl[0].start.z;
     double w = angle(vl[0].mid(), p);
     for (int round = 0;; ++round) {
         const CZorVertex ray(p, polar(p, w, kRayLength), 0.0);
         long crossings = 0;
-        const RayResult result = castRay(vl, p, ray, candidatesFor(ray), crossings);
+        const RayResult result = castRay(vl, p, ray, candidatesFor(ray), hits, crossings);
         if (result == RayResult::kOnEdge) return onEdge;
         w = std::rand() * kRandToAngle;
         if (result == RayResult::kCounted || round >= kMaxRays) return crossings % 2 == 1;
@@ -59,13 +60,17 @@ bool evenOdd(const CZorVertexArray& vl, CZorPoint3d p, bool onEdge, CandidatesFo
 }  // namespace
 
 bool g_vl_pt_inside(const CZorVertexArray& vl, CZorPoint3d p, bool onEdge) {
-    return evenOdd(vl, p, onEdge, [&](const CZorVertex&) {
-        return [&](auto visit) {
-            for (int i = 0; i < vl.len(); ++i) {
-                if (!visit(i)) return;
-            }
-        };
-    });
+    CZorPoint3dArray hits;
+    return evenOdd(
+        vl, p, onEdge,
+        [&](const CZorVertex&) {
+            return [&](auto visit) {
+                for (int i = 0; i < vl.len(); ++i) {
+                    if (!visit(i)) return;
+                }
+            };
+        },
+        hits);
 }
 
 namespace detail {
@@ -73,16 +78,18 @@ namespace detail {
 PointInsideTester::PointInsideTester(const CZorVertexArray& vl) : vl_(vl), index_(vl) {}
 
 bool PointInsideTester::inside(CZorPoint3d p, bool onEdge) const {
-    std::vector<int> candidates;
-    return evenOdd(vl_, p, onEdge, [&](const CZorVertex& ray) {
-        // Every segment that can hold `p` or meet the ray touches the ray's box path.
-        index_.querySegment(ray.start, ray.end, candidates);
-        return [&](auto visit) {
-            for (const int i : candidates) {
-                if (!visit(i)) return;
-            }
-        };
-    });
+    return evenOdd(
+        vl_, p, onEdge,
+        [&](const CZorVertex& ray) {
+            // Every segment that can hold `p` or meet the ray touches the ray's box path.
+            index_.querySegment(ray.start, ray.end, candidates_);
+            return [&](auto visit) {
+                for (const int i : candidates_) {
+                    if (!visit(i)) return;
+                }
+            };
+        },
+        hits_);
 }
 
 }  // namespace detail

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "zor/geometry/point3d.h"
+#include "zor/geometry/point3d_array.h"
 #include "zor/polyline/segment_index.h"
 #include "zor/polyline/vertexarray.h"
 
@@ -26,15 +27,20 @@ namespace detail {
 // tells which segments a ray can meet or the point can lie on, and only those run the exact
 // per-segment arithmetic, in ascending order. The answers, and the draws from rand, are those
 // of g_vl_pt_inside. Build and query under the same point tolerance; the polyline must outlive
-// the tester and stay unchanged.
+// the tester and stay unchanged. Queries reuse scratch lists: one tester serves one thread.
 class PointInsideTester {
   public:
     explicit PointInsideTester(const CZorVertexArray& vl);
     bool inside(CZorPoint3d p, bool onEdge) const;
+    // The segment boxes the tester queries, for callers that need the same index.
+    const SegmentIndex& index() const { return index_; }
 
   private:
     const CZorVertexArray& vl_;
     SegmentIndex index_;
+    // Reused from query to query, so that a query allocates nothing once they have grown.
+    mutable std::vector<int> candidates_;
+    mutable CZorPoint3dArray hits_;
 };
 
 }  // namespace detail

@@ -56,7 +56,7 @@ bool RegionPointTester::Loop::onOutline(CZorPoint3d p, std::vector<int>& scratch
     // the outline.
     if (vl->len() < 2) return false;
     p.z = (*vl)[0].start.z;
-    segments.query(Box2d{p.x, p.y, p.x, p.y}, scratch);
+    inside.index().query(Box2d{p.x, p.y, p.x, p.y}, scratch);
     for (const int i : scratch) {
         if ((*vl)[i].isPoint(p)) return true;
     }

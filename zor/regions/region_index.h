@@ -58,9 +58,9 @@ class RegionPointTester {
   private:
     struct Loop {
         const CZorVertexArray* vl;
+        // Its segment index also answers whether a segment holds a point.
         PointInsideTester inside;
-        SegmentIndex segments;
-        explicit Loop(const CZorVertexArray* v) : vl(v), inside(*v), segments(*v) {}
+        explicit Loop(const CZorVertexArray* v) : vl(v), inside(*v) {}
         bool onOutline(CZorPoint3d p, std::vector<int>& scratch) const;
     };
 
