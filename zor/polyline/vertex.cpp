@@ -324,15 +324,16 @@ bool CZorVertex::intersectWith(CZorPoint3dArray& out, const CZorVertex& v,
         }
     }
     if ((flags & 0xFF) != 0) {
-        CZorPoint3dArray kept;
+        // Filtered in place: the points kept move forward, in their order.
+        int kept = 0;
         for (int i = 0; i < pts.len(); ++i) {
-            const CZorPoint3d& p = pts[i];
+            const CZorPoint3d p = pts[i];
             if ((flags & 0x001) && ZOR::g_vx_is_tang(*this, v, p)) continue;
             if ((flags & 0x002) && (p == start || p == end)) continue;
             if ((flags & 0x004) && (p == v.start || p == v.end)) continue;
-            kept.append(p);
+            pts[kept++] = p;
         }
-        pts = kept;
+        pts.setLogicalLength(kept);
     }
     if (pts.len() == 0) return false;
     out = pts;
