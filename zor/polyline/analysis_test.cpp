@@ -97,6 +97,49 @@ TEST(PointInsideTest, HierarchyAnswersLikeThePlainTest) {
     EXPECT_EQ(std::rand(), nextDraw);
 }
 
+TEST(PointInsideTest, HierarchyAnswersLikeThePlainTestAfterTheToleranceMoved) {
+    // The tester keeps each arc's circle from construction; a centre depends on the point
+    // tolerance (a chord within it counts as none), so a tolerance changed since must not
+    // change an answer. Points near the arcs' ends and middles sit where that shows.
+    // Queries may only lower the tolerance of construction (the boxes stay wide enough).
+    std::mt19937 rng(11);
+    const CZorVertexArray outline = RandomOutline(rng, 120);
+    const double saved = CZorPoint3d::tol;
+    CZorPoint3d::tol = 1e-3;
+    const ZOR::detail::PointInsideTester tester(outline);
+    std::uniform_real_distribution<double> jitter(-3e-3, 3e-3);
+    for (const double tol : {1e-3, 1e-6, 1e-12}) {
+        CZorPoint3d::tol = tol;
+        for (int i = 0; i < outline.len(); ++i) {
+            const CZorVertex& s = outline[i];
+            for (const CZorPoint3d& at : {s.start, s.mid()}) {
+                const CZorPoint3d p(at.x + jitter(rng), at.y + jitter(rng), 0.0);
+                std::srand(i + 7);
+                const bool plain = ZOR::g_vl_pt_inside(outline, p, true);
+                const int nextDraw = std::rand();
+                std::srand(i + 7);
+                EXPECT_EQ(tester.inside(p, true), plain) << tol << " " << i;
+                EXPECT_EQ(std::rand(), nextDraw);
+            }
+        }
+    }
+    // A short arc whose chord lies within the tolerance of construction: the circle taken then
+    // is centred on the chord, the one of a finer tolerance is not, and only the latter holds
+    // the arc's middle.
+    CZorPoint3d::tol = 1e-3;
+    CZorVertexArray notched =
+        Polygon({P(0, 0), P(5, 0), P(5.0001, 0), P(10, 0), P(10, 10), P(0, 10)});
+    notched[1].bulge = -0.5;
+    const ZOR::detail::PointInsideTester notchTester(notched);
+    CZorPoint3d::tol = 1e-12;
+    const CZorPoint3d middle = notched[1].mid();
+    ASSERT_GT(middle.y, 0.0);  // inside the square
+    ASSERT_TRUE(notched[1].isPoint(middle));
+    EXPECT_FALSE(notchTester.inside(middle, false));
+    EXPECT_TRUE(notchTester.inside(middle, true));
+    CZorPoint3d::tol = saved;
+}
+
 TEST(StaticsTest, RectangleValues) {
     Statics st;
     ASSERT_TRUE(ZOR::g_pl_statics(Points({P(0, 0), P(4, 0), P(4, 2), P(0, 2)}), st));

@@ -15,21 +15,22 @@ constexpr int kMaxRays = 10000;
 
 enum class RayResult { kOnEdge, kRestart, kCounted };
 
-// One ray over the segments that `candidates` yields, in ascending order. `crossings` counts
-// the points met. `hits` is scratch: a segment's intersection replaces it only when it finds
-// points, and only then is it read.
+// One ray over the segments that `candidates` yields, in ascending order, each with its arc
+// circle when one is at hand (null otherwise). `crossings` counts the points met. `hits` is
+// scratch: a segment's intersection replaces it only when it finds points, and only then is it
+// read.
 template <class Candidates>
 RayResult castRay(const CZorVertexArray& vl, const CZorPoint3d& p, const CZorVertex& ray,
                   Candidates candidates, CZorPoint3dArray& hits, long& crossings) {
     crossings = 0;
     RayResult result = RayResult::kCounted;
-    candidates([&](int i) {
+    candidates([&](int i, const detail::ArcCircle* arc) {
         const CZorVertex& s = vl[i];
-        if (s.isPoint(p)) {
+        if (detail::isPointOn(s, arc, p)) {
             result = RayResult::kOnEdge;
             return false;
         }
-        if (s.intersectWith(hits, ray, 0x001)) {
+        if (detail::intersectSegments(s, arc, hits, ray, 0x001)) {
             if (hits.indexOf(s.start) >= 0 || hits.indexOf(s.end) >= 0) {
                 result = RayResult::kRestart;
                 return false;
@@ -66,7 +67,7 @@ bool g_vl_pt_inside(const CZorVertexArray& vl, CZorPoint3d p, bool onEdge) {
         [&](const CZorVertex&) {
             return [&](auto visit) {
                 for (int i = 0; i < vl.len(); ++i) {
-                    if (!visit(i)) return;
+                    if (!visit(i, nullptr)) return;
                 }
             };
         },
@@ -75,9 +76,23 @@ bool g_vl_pt_inside(const CZorVertexArray& vl, CZorPoint3d p, bool onEdge) {
 
 namespace detail {
 
-PointInsideTester::PointInsideTester(const CZorVertexArray& vl) : vl_(vl), index_(vl) {}
+PointInsideTester::PointInsideTester(const CZorVertexArray& vl)
+    : vl_(vl),
+      index_(vl),
+      pointTol_(CZorPoint3d::tol),
+      vectorTol_(CZorVector3d::tol),
+      circles_(vl.len()) {
+    for (int i = 0; i < vl.len(); ++i) {
+        const CZorVertex& s = vl[i];
+        ArcCircle& a = circles_[i];
+        s.toArc(a.c, a.r, a.a1, a.a2);
+    }
+}
 
 bool PointInsideTester::inside(CZorPoint3d p, bool onEdge) const {
+    // The circles were taken under the tolerances of construction; the centre of an arc
+    // depends on them, so under others every arc is worked out afresh.
+    const bool circlesHold = CZorPoint3d::tol == pointTol_ && CZorVector3d::tol == vectorTol_;
     return evenOdd(
         vl_, p, onEdge,
         [&](const CZorVertex& ray) {
@@ -85,7 +100,8 @@ bool PointInsideTester::inside(CZorPoint3d p, bool onEdge) const {
             index_.querySegment(ray.start, ray.end, candidates_);
             return [&](auto visit) {
                 for (const int i : candidates_) {
-                    if (!visit(i)) return;
+                    const bool arc = circlesHold && vl_[i].bulge != 0.0;
+                    if (!visit(i, arc ? &circles_[i] : nullptr)) return;
                 }
             };
         },

@@ -12,7 +12,9 @@
 
 #include "zor/geometry/point3d.h"
 #include "zor/geometry/point3d_array.h"
+#include "zor/geometry/vector3d.h"
 #include "zor/polyline/segment_index.h"
+#include "zor/polyline/vertex.h"
 #include "zor/polyline/vertexarray.h"
 
 namespace ZOR {
@@ -41,6 +43,10 @@ class PointInsideTester {
     // Reused from query to query, so that a query allocates nothing once they have grown.
     mutable std::vector<int> candidates_;
     mutable CZorPoint3dArray hits_;
+    // Each arc's circle, worked out once under these tolerances (lines keep a default entry).
+    double pointTol_;
+    double vectorTol_;
+    std::vector<ArcCircle> circles_;
 };
 
 }  // namespace detail

@@ -126,12 +126,7 @@ int CZorVertex::orientp(const CZorPoint3d& p) const {
 }
 
 bool CZorVertex::isPoint(const CZorPoint3d& p) const {
-    if (p == start || p == end) return true;
-    if (bulge == 0.0) return ZOR::g_line_pt(start, end, p);
-    CZorPoint3d c;
-    double r = 0.0, a1 = 0.0, a2 = 0.0;
-    toArc(c, r, a1, a2);
-    return ZOR::g_arc_pt(c, r, a1, a2, p);
+    return ZOR::detail::isPointOn(*this, nullptr, p);
 }
 
 bool CZorVertex::pointAtDist(CZorPoint3d& p, double d, bool bounded) const {
@@ -294,50 +289,7 @@ CZorVertex CZorVertex::unite(const CZorVertex& v) const {
 
 bool CZorVertex::intersectWith(CZorPoint3dArray& out, const CZorVertex& v,
                                unsigned int flags) const {
-    if (&v == this) return false;
-    const bool extended = (flags & 0x100) != 0;
-    CZorPoint3dArray pts;
-    if (bulge == 0.0 && v.bulge == 0.0) {
-        CZorPoint3d pt;
-        if (ZOR::inters(start, end, v.start, v.end, !extended, pt)) pts.append(pt);
-    } else if (bulge == 0.0) {
-        // The arc always leads; the filters below still apply to this segment.
-        v.intersectWith(pts, *this, flags & 0x100);
-    } else if (v.bulge == 0.0) {
-        CZorPoint3d c;
-        double r = 0.0, a1 = 0.0, a2 = 0.0;
-        toArc(c, r, a1, a2);
-        if (extended) {
-            ZOR::g_cli0(pts, c, r, v.start, v.end);
-        } else {
-            ZOR::g_ali(pts, c, r, a1, a2, v.start, v.end);
-        }
-    } else {
-        CZorPoint3d c1, c2;
-        double r1 = 0.0, a1 = 0.0, a2 = 0.0, r2 = 0.0, b1 = 0.0, b2 = 0.0;
-        toArc(c1, r1, a1, a2);
-        v.toArc(c2, r2, b1, b2);
-        if (extended) {
-            ZOR::g_cci(pts, c1, r1, c2, r2);
-        } else {
-            ZOR::g_aai(pts, c1, r1, a1, a2, c2, r2, b1, b2);
-        }
-    }
-    if ((flags & 0xFF) != 0) {
-        // Filtered in place: the points kept move forward, in their order.
-        int kept = 0;
-        for (int i = 0; i < pts.len(); ++i) {
-            const CZorPoint3d p = pts[i];
-            if ((flags & 0x001) && ZOR::g_vx_is_tang(*this, v, p)) continue;
-            if ((flags & 0x002) && (p == start || p == end)) continue;
-            if ((flags & 0x004) && (p == v.start || p == v.end)) continue;
-            pts[kept++] = p;
-        }
-        pts.setLogicalLength(kept);
-    }
-    if (pts.len() == 0) return false;
-    out = pts;
-    return true;
+    return ZOR::detail::intersectSegments(*this, nullptr, out, v, flags);
 }
 
 CZorPoint3dArray CZorVertex::intersectWith(const CZorVertex& v, unsigned int flags) const {
@@ -438,3 +390,72 @@ int g_vx_split_dif(const CZorVertex& v, double dif) {
 }
 
 }  // namespace ZOR
+
+namespace ZOR::detail {
+
+namespace {
+
+// The circle of the arc `s`: the one given, or toArc's.
+ArcCircle circleOf(const CZorVertex& s, const ArcCircle* arc) {
+    if (arc != nullptr) return *arc;
+    ArcCircle a;
+    s.toArc(a.c, a.r, a.a1, a.a2);
+    return a;
+}
+
+}  // namespace
+
+bool isPointOn(const CZorVertex& s, const ArcCircle* arc, const CZorPoint3d& p) {
+    if (p == s.start || p == s.end) return true;
+    if (s.bulge == 0.0) return g_line_pt(s.start, s.end, p);
+    const ArcCircle a = circleOf(s, arc);
+    return g_arc_pt(a.c, a.r, a.a1, a.a2, p);
+}
+
+bool intersectSegments(const CZorVertex& s, const ArcCircle* arc, CZorPoint3dArray& out,
+                       const CZorVertex& v, unsigned int flags) {
+    if (&v == &s) return false;
+    const bool extended = (flags & 0x100) != 0;
+    CZorPoint3dArray pts;
+    if (s.bulge == 0.0 && v.bulge == 0.0) {
+        CZorPoint3d pt;
+        if (inters(s.start, s.end, v.start, v.end, !extended, pt)) pts.append(pt);
+    } else if (s.bulge == 0.0) {
+        // The arc always leads; the filters below still apply to this segment.
+        v.intersectWith(pts, s, flags & 0x100);
+    } else if (v.bulge == 0.0) {
+        const ArcCircle a = circleOf(s, arc);
+        if (extended) {
+            g_cli0(pts, a.c, a.r, v.start, v.end);
+        } else {
+            g_ali(pts, a.c, a.r, a.a1, a.a2, v.start, v.end);
+        }
+    } else {
+        const ArcCircle a = circleOf(s, arc);
+        CZorPoint3d c2;
+        double r2 = 0.0, b1 = 0.0, b2 = 0.0;
+        v.toArc(c2, r2, b1, b2);
+        if (extended) {
+            g_cci(pts, a.c, a.r, c2, r2);
+        } else {
+            g_aai(pts, a.c, a.r, a.a1, a.a2, c2, r2, b1, b2);
+        }
+    }
+    if ((flags & 0xFF) != 0) {
+        // Filtered in place: the points kept move forward, in their order.
+        int kept = 0;
+        for (int i = 0; i < pts.len(); ++i) {
+            const CZorPoint3d p = pts[i];
+            if ((flags & 0x001) && g_vx_is_tang(s, v, p)) continue;
+            if ((flags & 0x002) && (p == s.start || p == s.end)) continue;
+            if ((flags & 0x004) && (p == v.start || p == v.end)) continue;
+            pts[kept++] = p;
+        }
+        pts.setLogicalLength(kept);
+    }
+    if (pts.len() == 0) return false;
+    out = pts;
+    return true;
+}
+
+}  // namespace ZOR::detail

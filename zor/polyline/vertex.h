@@ -132,4 +132,23 @@ int g_vx_split_n(const CZorVertex& v, double dif);
 // Inner points of an arc for a deviation `dif`; 0 when |bulge| < 0.0001.
 int g_vx_split_dif(const CZorVertex& v, double dif);
 
+namespace detail {
+
+// An arc's circle as CZorVertex::toArc gives it, for callers that put many questions to the
+// same arc. It holds only while the segment and the point and vector tolerances stay as they
+// were when it was taken.
+struct ArcCircle {
+    CZorPoint3d c;
+    double r = 0.0;
+    double a1 = 0.0;
+    double a2 = 0.0;
+};
+
+// CZorVertex::isPoint and CZorVertex::intersectWith of `s`, with `arc`, when not null, taken
+// for the toArc result of the arc `s`: the same arithmetic, so the same answers bit for bit.
+bool isPointOn(const CZorVertex& s, const ArcCircle* arc, const CZorPoint3d& p);
+bool intersectSegments(const CZorVertex& s, const ArcCircle* arc, CZorPoint3dArray& out,
+                       const CZorVertex& v, unsigned int flags);
+
+}  // namespace detail
 }  // namespace ZOR

@@ -1,6 +1,7 @@
 #include "zor/polyline/vertex.h"
 
 #include <cmath>
+#include <random>
 
 #include <gtest/gtest.h>
 
@@ -269,6 +270,38 @@ TEST(VertexTest, IntersectionFlags) {
     // Chords only.
     EXPECT_EQ(arc.intersectWithBulg0(CZorVertex(P(0, -1), P(0, 0.5), 0.0)).len(), 1);
     EXPECT_EQ(arc.intersectWithBulg0(arc).len(), 0);
+}
+
+TEST(VertexTest, GivenArcCircleAnswersLikeTheSegmentItself) {
+    // The circle a caller worked out once through toArc must give the very points and answers
+    // of the segment's own arithmetic, for every flag combination and both segment kinds.
+    std::mt19937 rng(3);
+    std::uniform_real_distribution<double> coord(-5.0, 5.0);
+    std::uniform_real_distribution<double> bulge(-2.5, 2.5);
+    int found = 0;
+    for (int k = 0; k < 400; ++k) {
+        const CZorVertex arc(P(coord(rng), coord(rng)), P(coord(rng), coord(rng)), bulge(rng));
+        const double otherBulge = k % 2 == 0 ? 0.0 : bulge(rng);
+        const CZorVertex other(P(coord(rng), coord(rng)), P(coord(rng), coord(rng)), otherBulge);
+        ZOR::detail::ArcCircle circle;
+        ASSERT_TRUE(arc.toArc(circle.c, circle.r, circle.a1, circle.a2));
+        for (const unsigned int flags : {0x000u, 0x001u, 0x006u, 0x100u, 0x107u}) {
+            CZorPoint3dArray own, given;
+            const bool a = arc.intersectWith(own, other, flags);
+            const bool b = ZOR::detail::intersectSegments(arc, &circle, given, other, flags);
+            ASSERT_EQ(a, b);
+            ASSERT_EQ(own.len(), given.len());
+            for (int i = 0; i < own.len(); ++i) {
+                EXPECT_EQ(own[i].x, given[i].x);
+                EXPECT_EQ(own[i].y, given[i].y);
+            }
+            found += own.len();
+        }
+        for (const CZorPoint3d& p : {arc.mid(), other.start, P(coord(rng), coord(rng))}) {
+            EXPECT_EQ(arc.isPoint(p), ZOR::detail::isPointOn(arc, &circle, p));
+        }
+    }
+    EXPECT_GT(found, 100);
 }
 
 TEST(VertexTest, IntNearPicksTheCrossingNearestToAPoint) {
