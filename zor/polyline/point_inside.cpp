@@ -30,7 +30,7 @@ RayResult castRay(const CZorVertexArray& vl, const CZorPoint3d& p, const CZorVer
             result = RayResult::kOnEdge;
             return false;
         }
-        if (detail::intersectSegments(s, arc, hits, ray, 0x001)) {
+        if (detail::intersectSegments(s, arc, hits, ray, nullptr, 0x001)) {
             if (hits.indexOf(s.start) >= 0 || hits.indexOf(s.end) >= 0) {
                 result = RayResult::kRestart;
                 return false;

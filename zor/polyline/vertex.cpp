@@ -289,7 +289,7 @@ CZorVertex CZorVertex::unite(const CZorVertex& v) const {
 
 bool CZorVertex::intersectWith(CZorPoint3dArray& out, const CZorVertex& v,
                                unsigned int flags) const {
-    return ZOR::detail::intersectSegments(*this, nullptr, out, v, flags);
+    return ZOR::detail::intersectSegments(*this, nullptr, out, v, nullptr, flags);
 }
 
 CZorPoint3dArray CZorVertex::intersectWith(const CZorVertex& v, unsigned int flags) const {
@@ -412,8 +412,8 @@ bool isPointOn(const CZorVertex& s, const ArcCircle* arc, const CZorPoint3d& p) 
     return g_arc_pt(a.c, a.r, a.a1, a.a2, p);
 }
 
-bool intersectSegments(const CZorVertex& s, const ArcCircle* arc, CZorPoint3dArray& out,
-                       const CZorVertex& v, unsigned int flags) {
+bool intersectSegments(const CZorVertex& s, const ArcCircle* sArc, CZorPoint3dArray& out,
+                       const CZorVertex& v, const ArcCircle* vArc, unsigned int flags) {
     if (&v == &s) return false;
     const bool extended = (flags & 0x100) != 0;
     CZorPoint3dArray pts;
@@ -422,23 +422,21 @@ bool intersectSegments(const CZorVertex& s, const ArcCircle* arc, CZorPoint3dArr
         if (inters(s.start, s.end, v.start, v.end, !extended, pt)) pts.append(pt);
     } else if (s.bulge == 0.0) {
         // The arc always leads; the filters below still apply to this segment.
-        v.intersectWith(pts, s, flags & 0x100);
+        intersectSegments(v, vArc, pts, s, sArc, flags & 0x100);
     } else if (v.bulge == 0.0) {
-        const ArcCircle a = circleOf(s, arc);
+        const ArcCircle a = circleOf(s, sArc);
         if (extended) {
             g_cli0(pts, a.c, a.r, v.start, v.end);
         } else {
             g_ali(pts, a.c, a.r, a.a1, a.a2, v.start, v.end);
         }
     } else {
-        const ArcCircle a = circleOf(s, arc);
-        CZorPoint3d c2;
-        double r2 = 0.0, b1 = 0.0, b2 = 0.0;
-        v.toArc(c2, r2, b1, b2);
+        const ArcCircle a = circleOf(s, sArc);
+        const ArcCircle b = circleOf(v, vArc);
         if (extended) {
-            g_cci(pts, a.c, a.r, c2, r2);
+            g_cci(pts, a.c, a.r, b.c, b.r);
         } else {
-            g_aai(pts, a.c, a.r, a.a1, a.a2, c2, r2, b1, b2);
+            g_aai(pts, a.c, a.r, a.a1, a.a2, b.c, b.r, b.a1, b.a2);
         }
     }
     if ((flags & 0xFF) != 0) {

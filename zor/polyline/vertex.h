@@ -144,11 +144,12 @@ struct ArcCircle {
     double a2 = 0.0;
 };
 
-// CZorVertex::isPoint and CZorVertex::intersectWith of `s`, with `arc`, when not null, taken
-// for the toArc result of the arc `s`: the same arithmetic, so the same answers bit for bit.
+// CZorVertex::isPoint and CZorVertex::intersectWith of `s` (with `v`), where a circle that is
+// not null is taken for the toArc result of its arc: the same arithmetic, so the same answers
+// bit for bit.
 bool isPointOn(const CZorVertex& s, const ArcCircle* arc, const CZorPoint3d& p);
-bool intersectSegments(const CZorVertex& s, const ArcCircle* arc, CZorPoint3dArray& out,
-                       const CZorVertex& v, unsigned int flags);
+bool intersectSegments(const CZorVertex& s, const ArcCircle* sArc, CZorPoint3dArray& out,
+                       const CZorVertex& v, const ArcCircle* vArc, unsigned int flags);
 
 }  // namespace detail
 }  // namespace ZOR

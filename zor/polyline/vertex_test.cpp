@@ -283,19 +283,29 @@ TEST(VertexTest, GivenArcCircleAnswersLikeTheSegmentItself) {
         const CZorVertex arc(P(coord(rng), coord(rng)), P(coord(rng), coord(rng)), bulge(rng));
         const double otherBulge = k % 2 == 0 ? 0.0 : bulge(rng);
         const CZorVertex other(P(coord(rng), coord(rng)), P(coord(rng), coord(rng)), otherBulge);
-        ZOR::detail::ArcCircle circle;
+        ZOR::detail::ArcCircle circle, otherCircle;
         ASSERT_TRUE(arc.toArc(circle.c, circle.r, circle.a1, circle.a2));
+        other.toArc(otherCircle.c, otherCircle.r, otherCircle.a1, otherCircle.a2);
+        const ZOR::detail::ArcCircle* otherGiven = otherBulge != 0.0 ? &otherCircle : nullptr;
         for (const unsigned int flags : {0x000u, 0x001u, 0x006u, 0x100u, 0x107u}) {
-            CZorPoint3dArray own, given;
-            const bool a = arc.intersectWith(own, other, flags);
-            const bool b = ZOR::detail::intersectSegments(arc, &circle, given, other, flags);
-            ASSERT_EQ(a, b);
-            ASSERT_EQ(own.len(), given.len());
-            for (int i = 0; i < own.len(); ++i) {
-                EXPECT_EQ(own[i].x, given[i].x);
-                EXPECT_EQ(own[i].y, given[i].y);
+            // Both orders: a line leading hands the work to the arc.
+            for (const bool arcFirst : {true, false}) {
+                const CZorVertex& s = arcFirst ? arc : other;
+                const CZorVertex& v = arcFirst ? other : arc;
+                CZorPoint3dArray own, given;
+                const bool a = s.intersectWith(own, v, flags);
+                const bool b =
+                    arcFirst
+                        ? ZOR::detail::intersectSegments(s, &circle, given, v, otherGiven, flags)
+                        : ZOR::detail::intersectSegments(s, otherGiven, given, v, &circle, flags);
+                ASSERT_EQ(a, b);
+                ASSERT_EQ(own.len(), given.len());
+                for (int i = 0; i < own.len(); ++i) {
+                    EXPECT_EQ(own[i].x, given[i].x);
+                    EXPECT_EQ(own[i].y, given[i].y);
+                }
+                found += own.len();
             }
-            found += own.len();
         }
         for (const CZorPoint3d& p : {arc.mid(), other.start, P(coord(rng), coord(rng))}) {
             EXPECT_EQ(arc.isPoint(p), ZOR::detail::isPointOn(arc, &circle, p));

@@ -4,16 +4,22 @@
 
 #include "zor/geometry/point3d_array.h"
 #include "zor/polyline/segment_index.h"
+#include "zor/polyline/vertex.h"
 
 namespace ZOR::detail {
 
 namespace {
 
-// A piece with its box, which every pair it meets asks for.
+// A piece with its box and, for an arc, its circle, which every pair it meets asks for. The
+// tolerances stay as they are for the whole breaking, so the circle holds throughout.
 struct Piece {
     CZorVertex s;
     Box2d box;
-    Piece(const CZorVertex& v, double margin) : s(v), box(segmentBox(v, margin)) {}
+    ArcCircle circle;
+    Piece(const CZorVertex& v, double margin) : s(v), box(segmentBox(v, margin)) {
+        s.toArc(circle.c, circle.r, circle.a1, circle.a2);
+    }
+    const ArcCircle* arc() const { return s.bulge != 0.0 ? &circle : nullptr; }
 };
 using PieceList = std::vector<Piece>;
 using Pieces = std::vector<PieceList>;
@@ -60,7 +66,9 @@ bool breakPair(PieceList& aList, std::size_t ai, int& aBudget, PieceList& bList,
     // the other's ends (0x004). The flags only filter the contacts that flags 0 gives, point by
     // point with `==` against those ends, so one computation serves both rules; a start outside
     // the other's box can't lie on it.
-    const bool touching = v.intersectWith(hits, w, 0);
+    const ArcCircle* vArc = aList[ai].arc();
+    const ArcCircle* wArc = bList[bj].arc();
+    const bool touching = intersectSegments(v, vArc, hits, w, wArc, 0);
     auto firstAwayFrom = [&](const CZorVertex& s, CZorPoint3d& out) {
         for (int k = 0; touching && k < hits.len(); ++k) {
             if (hits[k] != s.start && hits[k] != s.end) {
@@ -78,7 +86,7 @@ bool breakPair(PieceList& aList, std::size_t ai, int& aBudget, PieceList& bList,
             return true;
         }
         const CZorPoint3d q = w.start;
-        if (holds(vBox, q) && v.isPoint(q) && q != v.start && q != v.end) {
+        if (holds(vBox, q) && isPointOn(v, vArc, q) && q != v.start && q != v.end) {
             --aBudget;
             splitPiece(aList, ai, q, margin);
             return true;
@@ -91,7 +99,7 @@ bool breakPair(PieceList& aList, std::size_t ai, int& aBudget, PieceList& bList,
             return true;
         }
         const CZorPoint3d q = v.start;
-        if (holds(wBox, q) && w.isPoint(q) && q != w.start && q != w.end) {
+        if (holds(wBox, q) && isPointOn(w, wArc, q) && q != w.start && q != w.end) {
             --bBudget;
             splitPiece(bList, bj, q, margin);
             return true;
