@@ -80,15 +80,10 @@ int RegionPointTester::classify(const CZorPoint3d& p) const {
 }
 
 std::size_t PointGrid::slotOf(const Cell& c) const {
-    // Both coordinates fully mixed into every bit: points along an outline fill runs of
-    // neighbouring cells, which a weaker mix turns into long probe chains.
-    std::uint64_t h =
-        static_cast<std::uint64_t>(c.x) * 0x9E3779B97F4A7C15ull + static_cast<std::uint64_t>(c.y);
-    h = (h ^ (h >> 30)) * 0xBF58476D1CE4E5B9ull;
-    h = (h ^ (h >> 27)) * 0x94D049BB133111EBull;
-    h ^= h >> 31;
+    const std::uint64_t h = static_cast<std::uint64_t>(c.x) * 0x9E3779B97F4A7C15ull ^
+                            (static_cast<std::uint64_t>(c.y) + 0x632BE59BD9B4E019ull);
     const std::size_t mask = slots_.size() - 1;
-    std::size_t k = static_cast<std::size_t>(h) & mask;
+    std::size_t k = static_cast<std::size_t>(h ^ (h >> 29)) & mask;
     while (slots_[k].count > 0 && !(slots_[k].cell == c)) k = (k + 1) & mask;
     return k;
 }
