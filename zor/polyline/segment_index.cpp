@@ -1,6 +1,7 @@
 #include "zor/polyline/segment_index.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -141,18 +142,22 @@ template <class Test>
 void SegmentIndex::collect(Test test, std::vector<int>& out) const {
     out.clear();
     if (nodes_.empty()) return;
-    std::vector<int> stack{0};
-    while (!stack.empty()) {
-        const Node& node = nodes_[stack.back()];
-        stack.pop_back();
+    // Halving splits keep the tree at most 32 levels deep for any int count, and a depth-first
+    // walk holds at most one pending sibling per level, so a fixed stack spares every query an
+    // allocation.
+    std::array<int, 64> stack;
+    int depth = 0;
+    stack[depth++] = 0;
+    while (depth > 0) {
+        const Node& node = nodes_[stack[--depth]];
         if (!test(node.box)) continue;
         if (node.count > 0) {
             for (int k = node.first; k < node.first + node.count; ++k) {
                 if (test(boxes_[order_[k]])) out.push_back(order_[k]);
             }
         } else {
-            stack.push_back(node.left);
-            stack.push_back(node.right);
+            stack[depth++] = node.left;
+            stack[depth++] = node.right;
         }
     }
     std::sort(out.begin(), out.end());
