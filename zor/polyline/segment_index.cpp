@@ -58,13 +58,6 @@ bool segmentTouchesBox(const CZorPoint3d& p, const CZorPoint3d& q, const Box2d& 
 
 }  // namespace
 
-void Box2d::add(const Box2d& b) {
-    xlo = std::min(xlo, b.xlo);
-    ylo = std::min(ylo, b.ylo);
-    xhi = std::max(xhi, b.xhi);
-    yhi = std::max(yhi, b.yhi);
-}
-
 double boxMargin() {
     return 2.0 * CZorPoint3d::tol + 1e-12;
 }
@@ -99,12 +92,25 @@ SegmentIndex::SegmentIndex(const CZorVertexArray& vl) {
     order_.resize(n);
     for (int i = 0; i < n; ++i) order_[i] = i;
     if (n > 0) {
+        // The split comparisons read every centre many times over; work each out once.
+        // Unbounded boxes count as centred at 0 (keeping the order strict) and only make their
+        // subtree's box unbounded.
+        Centres centres;
+        centres.x.resize(n);
+        centres.y.resize(n);
+        for (int i = 0; i < n; ++i) {
+            const Box2d& b = boxes_[i];
+            const double cx = b.xlo * 0.5 + b.xhi * 0.5;
+            const double cy = b.ylo * 0.5 + b.yhi * 0.5;
+            centres.x[i] = std::isfinite(cx) ? cx : 0.0;
+            centres.y[i] = std::isfinite(cy) ? cy : 0.0;
+        }
         nodes_.reserve(2 * (n / kLeafSize + 1));
-        build(0, n);
+        build(0, n, centres);
     }
 }
 
-int SegmentIndex::build(int first, int count) {
+int SegmentIndex::build(int first, int count, const Centres& centres) {
     const int self = static_cast<int>(nodes_.size());
     nodes_.push_back(Node{});
     Box2d box = boxes_[order_[first]];
@@ -115,24 +121,19 @@ int SegmentIndex::build(int first, int count) {
         nodes_[self].count = count;
         return self;
     }
-    // Split at the median of the box centres along the wider extent. Unbounded boxes count as
-    // centred at 0 (keeping the order strict) and only make their subtree's box unbounded.
+    // Split at the median of the box centres along the wider extent.
     const bool alongX = (box.xhi - box.xlo) >= (box.yhi - box.ylo);
-    auto centre = [&](int i) {
-        const Box2d& b = boxes_[i];
-        const double c = alongX ? b.xlo * 0.5 + b.xhi * 0.5 : b.ylo * 0.5 + b.yhi * 0.5;
-        return std::isfinite(c) ? c : 0.0;
-    };
+    const double* centre = alongX ? centres.x.data() : centres.y.data();
     const int half = count / 2;
     std::nth_element(order_.begin() + first, order_.begin() + first + half,
                      order_.begin() + first + count, [&](int a, int b) {
-                         const double ca = centre(a), cb = centre(b);
+                         const double ca = centre[a], cb = centre[b];
                          if (ca < cb) return true;
                          if (cb < ca) return false;
                          return a < b;
                      });
-    const int left = build(first, half);
-    const int right = build(first + half, count - half);
+    const int left = build(first, half, centres);
+    const int right = build(first + half, count - half, centres);
     nodes_[self].left = left;
     nodes_[self].right = right;
     return self;

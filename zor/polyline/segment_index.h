@@ -10,6 +10,7 @@
 // same order as the plain one.
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 #include "zor/geometry/point3d.h"
@@ -25,7 +26,12 @@ struct Box2d {
     bool overlaps(const Box2d& b) const {
         return !(b.xlo > xhi || xlo > b.xhi || b.ylo > yhi || ylo > b.yhi);
     }
-    void add(const Box2d& b);
+    void add(const Box2d& b) {
+        xlo = std::min(xlo, b.xlo);
+        ylo = std::min(ylo, b.ylo);
+        xhi = std::max(xhi, b.xhi);
+        yhi = std::max(yhi, b.yhi);
+    }
 };
 
 // Widening that makes boxes conservative at the current point tolerance.
@@ -56,7 +62,12 @@ class SegmentIndex {
         int right = -1;
     };
 
-    int build(int first, int count);
+    // Box centres along x and along y, by segment.
+    struct Centres {
+        std::vector<double> x, y;
+    };
+
+    int build(int first, int count, const Centres& centres);
     template <class Test>
     void collect(Test test, std::vector<int>& out) const;
 
