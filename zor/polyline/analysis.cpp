@@ -166,12 +166,25 @@ CZorPoint3d g_vl_point(const CZorVertexArray& vl, const CZorString& key) {
     return CZorPoint3d();
 }
 
-bool g_vl_equal(CZorVertexArray a, CZorVertexArray b, double tol) {
+namespace {
+
+// The common start of both equality tests: normalise the two outlines and, when they have as
+// many segments, measure their extents (taken before the caller's tolerance scope opens).
+bool sameSegmentCount(CZorVertexArray& a, CZorVertexArray& b, CZorPoint3dArray& ea,
+                      CZorPoint3dArray& eb) {
     a.norm(false);
     b.norm(false);
     if (a.len() != b.len()) return false;
-    const CZorPoint3dArray ea = g_vl_extmax(a, 0.0);
-    const CZorPoint3dArray eb = g_vl_extmax(b, 0.0);
+    ea = g_vl_extmax(a, 0.0);
+    eb = g_vl_extmax(b, 0.0);
+    return true;
+}
+
+}  // namespace
+
+bool g_vl_equal(CZorVertexArray a, CZorVertexArray b, double tol) {
+    CZorPoint3dArray ea, eb;
+    if (!sameSegmentCount(a, b, ea, eb)) return false;
     const CZorPoint3dTol scope(tol);
     if (diagonal(ea) != diagonal(eb)) return false;
     a.move(CZorPoint3d::kOrigin - ea[0]);
@@ -180,11 +193,8 @@ bool g_vl_equal(CZorVertexArray a, CZorVertexArray b, double tol) {
 }
 
 bool g_vl_equal1(CZorVertexArray a, CZorVertexArray b, double tol) {
-    a.norm(false);
-    b.norm(false);
-    if (a.len() != b.len()) return false;
-    const CZorPoint3dArray ea = g_vl_extmax(a, 0.0);
-    const CZorPoint3dArray eb = g_vl_extmax(b, 0.0);
+    CZorPoint3dArray ea, eb;
+    if (!sameSegmentCount(a, b, ea, eb)) return false;
     const CZorPoint3dTol scope(tol);
     if ((ea[1] - ea[0]) != (eb[1] - eb[0])) return false;
     return g_pl_equal(shapePoints(a, false), shapePoints(b, false));
