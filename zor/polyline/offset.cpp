@@ -5,7 +5,7 @@
 #include "zor/geometry/point3d.h"
 #include "zor/geometry/vector3d.h"
 #include "zor/polyline/segment_relations.h"
-#include "zor/regions/loops.h"
+#include "zor/polyline/tangent_runs.h"
 
 namespace ZOR {
 

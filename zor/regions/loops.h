@@ -11,6 +11,7 @@
 #include "zor/foundation/map.h"
 #include "zor/geometry/point3d.h"
 #include "zor/geometry/vector3d.h"
+#include "zor/polyline/tangent_runs.h"
 #include "zor/polyline/vertexarray.h"
 #include "zor/polyline/vertexarray_ex.h"
 
@@ -31,15 +32,6 @@ CZorArrayTempl<CZorVertexArray> g_vll_join(CZorArrayTempl<CZorVertexArray> list)
 // always cleared; true when a node was found.
 bool g_vl_nodes(CZorMapTempl<CZorPoint3d, CZorArrayTempl<int>>& out, const CZorVertexArray& vl,
                 int n, double tol);
-// The tangent-continuous runs of the normalised `vl`; a closing joint that continues merges the
-// last run into run 0. False and `out` untouched for an empty `vl`.
-bool g_vl_segm(CZorArrayTempl<CZorVertexArray>& out, CZorVertexArray vl);
-// Single-segment runs that mirror each other: out[i] = j. False and `out` untouched without a
-// pair.
-bool g_vl_segm_mirp(CZorMapTempl<int, int>& out, const CZorVertexArray& vl);
-// Pads `d` to length `n` by repeating its last value (0 for an empty `d`), or cuts it; a negative
-// `n` empties it.
-void g_vl_dl(int n, CZorArrayTempl<double>& d);
 // Reverts every closed member that doesn't run counter-clockwise about `normal`; open members
 // stay. Returns `vll`.
 CZorArrayTempl<CZorVertexArray>& setOrient(CZorArrayTempl<CZorVertexArray>& vll,

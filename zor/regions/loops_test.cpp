@@ -120,63 +120,6 @@ TEST(Loops, Nodes) {
     EXPECT_EQ(CZorPoint3d::tol, before);
 }
 
-TEST(Loops, TangentRuns) {
-    CZorArrayTempl<CZorVertexArray> runs;
-    const CZorArrayTempl<CZorVertexArray> marker = runs.append(CZorVertexArray(L(0, 0, 1, 0)));
-    EXPECT_FALSE(ZOR::g_vl_segm(runs, CZorVertexArray()));
-    EXPECT_EQ(runs, marker);
-    ASSERT_TRUE(ZOR::g_vl_segm(runs, rect(0, 0, 4, 2)));
-    EXPECT_EQ(runs.len(), 4u);
-
-    // A rectangle with round corners, starting in the middle of the bottom edge.
-    const double b = std::tan(M_PI / 8);
-    const CZorVertexArray rounded =
-        chain({L(2, 0, 9, 0), CZorVertex(P(9, 0), P(10, 1), b), L(10, 1, 10, 4),
-               CZorVertex(P(10, 4), P(9, 5), b), L(9, 5, 1, 5), CZorVertex(P(1, 5), P(0, 4), b),
-               L(0, 4, 0, 1), CZorVertex(P(0, 1), P(1, 0), b), L(1, 0, 2, 0)});
-    ASSERT_TRUE(ZOR::g_vl_segm(runs, rounded));
-    ASSERT_EQ(runs.len(), 1u);
-    EXPECT_TRUE(runs[0].isClosed());
-}
-
-TEST(Loops, MirroredPairs) {
-    // Opposite sides of a rectangle mirror each other across its middle lines.
-    CZorMapTempl<int, int> out;
-    ASSERT_TRUE(ZOR::g_vl_segm_mirp(out, rect(0, 0, 10, 4)));
-    ASSERT_EQ(out.len(), 4u);
-    int j = -1;
-    ASSERT_TRUE(out.getAt(0, j));
-    EXPECT_EQ(j, 2);
-    ASSERT_TRUE(out.getAt(3, j));
-    EXPECT_EQ(j, 1);
-    // The slanted sides of a trapezoid fall in other direction classes; its parallel sides
-    // differ in length.
-    out.setAt(42, 1);
-    const CZorVertexArray trapezoid =
-        chain({L(0, 0, 10, 0), L(10, 0, 8, 4), L(8, 4, 2, 4), L(2, 4, 0, 0)});
-    EXPECT_FALSE(ZOR::g_vl_segm_mirp(out, trapezoid));
-    EXPECT_TRUE(out.hasKey(42));
-}
-
-TEST(Loops, PadAndCutDistances) {
-    CZorArrayTempl<double> d;
-    d.append(5.0);
-    ZOR::g_vl_dl(3, d);
-    ASSERT_EQ(d.len(), 3u);
-    EXPECT_EQ(d[2], 5.0);
-    d.removeAll();
-    ZOR::g_vl_dl(3, d);
-    ASSERT_EQ(d.len(), 3u);
-    EXPECT_EQ(d[0], 0.0);
-    d.removeAll();
-    for (double v : {1.0, 2.0, 3.0, 4.0}) d.append(v);
-    ZOR::g_vl_dl(3, d);
-    ASSERT_EQ(d.len(), 3u);
-    EXPECT_EQ(d[2], 3.0);
-    ZOR::g_vl_dl(-1, d);
-    EXPECT_EQ(d.len(), 0u);
-}
-
 TEST(Loops, OrientAndPointAgainstRegion) {
     CZorArrayTempl<CZorVertexArray> vll;
     vll.append(rect(0, 0, 10, 10).reverse());
