@@ -137,6 +137,18 @@ TEST(PointInsideTest, HierarchyAnswersLikeThePlainTestAfterTheToleranceMoved) {
     ASSERT_TRUE(notched[1].isPoint(middle));
     EXPECT_FALSE(notchTester.inside(middle, false));
     EXPECT_TRUE(notchTester.inside(middle, true));
+    // The same for an arc of nearly a whole circle: its box must hold the circle of a finer
+    // tolerance too, which lies far beyond the chord's.
+    CZorPoint3d::tol = 1e-3;
+    CZorVertexArray pocket =
+        Polygon({P(0, 0), P(5, 0), P(5.0009, 0), P(10, 0), P(10, 10), P(0, 10)});
+    pocket[1].bulge = -100.0;
+    const ZOR::detail::PointInsideTester pocketTester(pocket);
+    CZorPoint3d::tol = 1e-12;
+    const CZorPoint3d top = pocket[1].mid();
+    ASSERT_GT(top.y, 0.04);
+    EXPECT_FALSE(pocketTester.inside(top, false));
+    EXPECT_TRUE(pocketTester.inside(top, true));
     CZorPoint3d::tol = saved;
 }
 

@@ -74,9 +74,12 @@ Box2d segmentBox(const CZorVertex& v, double margin) {
             // A minor arc lies within the sagitta of its chord.
             b = widened(b, std::fabs(v.bulge) * chord * 0.5 + rounding);
         } else {
-            const CZorPoint3d c = v.center();
-            b = Box2d{c.x - r, c.y - r, c.x + r, c.y + r};
-            b = widened(b, rounding);
+            // Whether the chord counts as none, which puts the centre on it, depends on the
+            // point tolerance; the box must not. The centre lies within r of the chord's middle
+            // (r^2 = h^2 + (chord/2)^2), so the circle lies within r + h of it.
+            const CZorPoint3d m = g_midp3d(v.start, v.end);
+            const double h = std::sqrt(std::max(0.0, r * r - 0.25 * chord * chord));
+            b = widened(Box2d{m.x, m.y, m.x, m.y}, r + h + rounding);
         }
     }
     b = widened(b, margin);

@@ -2,10 +2,11 @@
 // segments that cannot meet before running the exact per-pair arithmetic.
 //
 // Every box is conservative: it holds the whole segment (for an arc, its chord box widened by
-// the sagitta, or its full circle when it is more than half of one) and is widened by twice the
-// point tolerance that is current when the index is built, plus a small relative allowance for
-// the rounding of far-away arc centres. Two segments whose boxes don't overlap therefore cannot
-// have a crossing, a touching point or a point of one lying on the other at that tolerance.
+// the sagitta, or, when it is more than half a circle, a box about the chord's middle that holds
+// its circle at any point tolerance) and is widened by twice the point tolerance that is current
+// when the index is built, plus a small relative allowance for the rounding of far-away arc
+// centres. Two segments whose boxes don't overlap therefore cannot have a crossing, a touching
+// point or a point of one lying on the other at that tolerance.
 // Queries return segment indices in ascending order, so a pruned loop visits candidates in the
 // same order as the plain one.
 #pragma once
