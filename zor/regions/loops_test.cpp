@@ -2,27 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "zor/regions/test_shapes.h"
 
 namespace {
 
 using namespace zor_test;
-
-CZorPoint3d P(double x, double y) {
-    return CZorPoint3d(x, y, 0);
-}
-
-CZorVertex L(double x0, double y0, double x1, double y1) {
-    return CZorVertex(P(x0, y0), P(x1, y1), 0.0);
-}
-
-CZorVertexArray chain(std::initializer_list<CZorVertex> segments) {
-    CZorVertexArray out;
-    for (const CZorVertex& s : segments) out.append(s);
-    return out;
-}
 
 // Two triangles meeting at the origin, drawn in one run.
 CZorVertexArray figureEight() {
@@ -32,13 +16,12 @@ CZorVertexArray figureEight() {
 
 TEST(Loops, ChkAsksOnlyClosureOfTwoSegmentsAndDropsJointsByFlags) {
     EXPECT_TRUE(ZOR::g_vl_chk(circle(0, 0, 1), 0));
-    EXPECT_FALSE(ZOR::g_vl_chk(rect(0, 0, 1, 1), 0));
-    EXPECT_TRUE(ZOR::g_vl_chk(rect(0, 0, 1, 1), 0x002));
-    EXPECT_TRUE(ZOR::g_vl_chk(rect(0, 0, 1, 1), 0x004));
-    EXPECT_TRUE(ZOR::g_vl_chk(rect(0, 0, 1, 1), 0x006));
-    const CZorVertexArray bowTie =
-        chain({L(0, 0, 2, 2), L(2, 2, 2, 0), L(2, 0, 0, 2), L(0, 2, 0, 0)});
-    for (int flags : {0, 2, 4, 6}) EXPECT_FALSE(ZOR::g_vl_chk(bowTie, flags)) << flags;
+    const Loop bowTie = chain({L(0, 0, 2, 2), L(2, 2, 2, 0), L(2, 0, 0, 2), L(0, 2, 0, 0)});
+    for (int flags : {0, 2, 4, 6}) {
+        // Each side meets its neighbours at its ends, which only the flags drop.
+        EXPECT_EQ(ZOR::g_vl_chk(rect(0, 0, 1, 1), flags), flags != 0) << flags;
+        EXPECT_FALSE(ZOR::g_vl_chk(bowTie, flags)) << flags;
+    }
     EXPECT_FALSE(ZOR::g_vl_chk(CZorVertexArray(L(0, 0, 1, 0)), 6));
     EXPECT_FALSE(ZOR::g_vl_chk(figureEight(), 6));
 }
@@ -49,7 +32,7 @@ TEST(Loops, RunsCutAtGapsOnly) {
     CZorVertexArrayEx ex(gap);
     ex.attrNumber = 3;
     ex.attrText = L"t";
-    const CZorArrayTempl<CZorVertexArrayEx> runs = ZOR::g_vl_vll(ex);
+    const VllEx runs = ZOR::g_vl_vll(ex);
     ASSERT_EQ(runs.len(), 2u);
     EXPECT_EQ(runs[0].len(), 1);
     EXPECT_EQ(runs[1].len(), 3);
@@ -60,15 +43,14 @@ TEST(Loops, RunsCutAtGapsOnly) {
 }
 
 TEST(Loops, ToVllCutsFigureEightAndTurnsBehindTheGap) {
-    const CZorArrayTempl<CZorVertexArray> eight = ZOR::g_vl_to_vll(figureEight());
+    const Vll eight = ZOR::g_vl_to_vll(figureEight());
     ASSERT_EQ(eight.len(), 2u);
-    EXPECT_TRUE(eight[0].isClosed());
-    EXPECT_TRUE(eight[1].isClosed());
+    EXPECT_TRUE(eight[0].isClosed() && eight[1].isClosed());
 
     // A gap between segments 1 and 2; the last end meets the first start.
     CZorVertexArray l = chain({L(0, 0, 1, 0), L(1, 0, 2, 0), L(5, 0, 6, 0), L(6, 0, 0, 0)});
     l[0].tag = 9;
-    const CZorArrayTempl<CZorVertexArray> pieces = ZOR::g_vl_to_vll(l);
+    const Vll pieces = ZOR::g_vl_to_vll(l);
     ASSERT_EQ(pieces.len(), 1u);
     ASSERT_EQ(pieces[0].len(), 4);
     EXPECT_TRUE(pieces[0][0].start == P(5, 0));
@@ -76,21 +58,17 @@ TEST(Loops, ToVllCutsFigureEightAndTurnsBehindTheGap) {
 }
 
 TEST(Loops, JoinChainsGreedily) {
-    CZorArrayTempl<CZorVertexArray> list;
-    list.append(CZorVertexArray(L(0, 0, 1, 0)));
-    list.append(CZorVertexArray(L(2, 0, 1, 0)));  // runs the wrong way
-    CZorArrayTempl<CZorVertexArray> out = ZOR::g_vll_join(list);
+    // The second piece runs the wrong way.
+    Vll out = ZOR::g_vll_join(Vll().append(chain({L(0, 0, 1, 0)})).append(chain({L(2, 0, 1, 0)})));
     ASSERT_EQ(out.len(), 1u);
     EXPECT_EQ(out[0].len(), 1);  // normalised into one straight segment
     EXPECT_TRUE(out[0][0].end == P(2, 0));
 
-    list.removeAll();
-    list.append(CZorVertexArray(L(0, 0, 1, 0)));
-    list.append(CZorVertexArray(L(5, 5, 6, 5)));
+    Vll list = Vll().append(chain({L(0, 0, 1, 0)})).append(chain({L(5, 5, 6, 5)}));
     out = ZOR::g_vll_join(list);
     ASSERT_EQ(out.len(), 2u);
     EXPECT_TRUE(out[1][0].start == P(5, 5));
-    EXPECT_EQ(ZOR::g_vll_join(CZorArrayTempl<CZorVertexArray>()).len(), 0u);
+    EXPECT_EQ(ZOR::g_vll_join(Vll()).len(), 0u);
     list.append(CZorVertexArray());
     EXPECT_EQ(ZOR::g_vll_join(list).len(), 2u);
 }
@@ -121,7 +99,7 @@ TEST(Loops, Nodes) {
 }
 
 TEST(Loops, OrientAndPointAgainstRegion) {
-    CZorArrayTempl<CZorVertexArray> vll;
+    Vll vll;
     vll.append(rect(0, 0, 10, 10).reverse());
     vll.append(CZorVertexArray(L(0, 0, 1, 0)).append(L(1, 0, 1, 1)));
     const CZorVertexArray open = vll[1];
@@ -129,17 +107,17 @@ TEST(Loops, OrientAndPointAgainstRegion) {
     EXPECT_EQ(vll[0], rect(0, 0, 10, 10).reverse().revert());
     EXPECT_EQ(vll[1], open);
 
+    // Inside, in the hole, on the hole, on the outer loop, outside; both forms alike.
     const Region r = region(rect(0, 0, 10, 10), rect(4, 4, 6, 6));
-    EXPECT_EQ(ZOR::g_vll_pt_inside(r, P(1, 1)), 1);
-    EXPECT_EQ(ZOR::g_vll_pt_inside(r, P(5, 5)), -1);
-    EXPECT_EQ(ZOR::g_vll_pt_inside(r, P(4, 5)), 0);
-    EXPECT_EQ(ZOR::g_vll_pt_inside(r, P(0, 5)), 0);
-    EXPECT_EQ(ZOR::g_vll_pt_inside(r, P(11, 5)), -1);
+    const struct {
+        double x, y;
+        int expected;
+    } points[] = {{1, 1, 1}, {5, 5, -1}, {4, 5, 0}, {0, 5, 0}, {11, 5, -1}};
+    for (const auto& p : points) {
+        EXPECT_EQ(ZOR::g_vll_pt_inside(r, P(p.x, p.y)), p.expected) << p.x << " " << p.y;
+        EXPECT_EQ(ZOR::g_vll_pt_inside(toEx(r), P(p.x, p.y)), p.expected) << p.x << " " << p.y;
+    }
     EXPECT_EQ(ZOR::g_vll_pt_inside(Region(), P(0, 0)), -1);
-    CZorArrayTempl<CZorVertexArrayEx> ex;
-    zorVllToVllEx(ex, r);
-    EXPECT_EQ(ZOR::g_vll_pt_inside(ex, P(4, 5)), 0);
-    EXPECT_EQ(ZOR::g_vll_pt_inside(ex, P(5, 5)), -1);
 }
 
 TEST(Loops, PolylineWithinLoop) {
@@ -164,17 +142,14 @@ TEST(Loops, Conversions) {
     EXPECT_FALSE(x.attrText.isNull());
     EXPECT_EQ(x.attrText.len(), 0);
     EXPECT_TRUE(x.normal() == CZorVector3d::kXAxis);
-    CZorArrayTempl<CZorVertexArray> vll;
-    vll.append(rect(0, 0, 1, 1));
-    vll.append(circle(0, 0, 1));
-    const CZorArrayTempl<CZorVertexArrayEx> xs = zor_g_xvll(vll, 2, L"w", CZorVector3d::kZAxis);
+    const Vll vll = Vll().append(rect(0, 0, 1, 1)).append(circle(0, 0, 1));
+    const VllEx xs = zor_g_xvll(vll, 2, L"w", CZorVector3d::kZAxis);
     ASSERT_EQ(xs.len(), 2u);
     EXPECT_TRUE(xs[1].attrText == CZorString(L"w"));
     EXPECT_EQ(zor_g_gvll(xs), vll);
 
-    Regions regl;
-    regl.append(vll);
-    CZorArrayTempl<CZorArrayTempl<CZorVertexArrayEx>> regx;
+    const Regions regl = Regions().append(vll);
+    RegionsEx regx;
     regx[0][0].attrNumber = 8;
     zorReglToReglEx(regx, regl);
     ASSERT_EQ(regx.len(), 1u);
@@ -183,7 +158,7 @@ TEST(Loops, Conversions) {
     zorReglExToRegl(back, regx);
     EXPECT_EQ(back, regl);
 
-    const CZorArrayTempl<CZorVertexArray> moved = zor_g_vll_move(vll, CZorVector3d(2, 3, 0));
+    const Vll moved = zor_g_vll_move(vll, CZorVector3d(2, 3, 0));
     EXPECT_TRUE(moved[0][0].start == P(2, 3));
 }
 

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "zor/polyline/orientation.h"
+#include <cmath>
+#include <string>
+
 #include "zor/regions/loops.h"
 #include "zor/regions/test_shapes.h"
 
@@ -11,60 +13,52 @@ namespace {
 using namespace zor_test;
 using ZOR::g_vl_bool;
 
-constexpr auto kUnion = CZorVertexArray::boolUnion;
-constexpr auto kDiff = CZorVertexArray::boolDiff;
-constexpr auto kSect = CZorVertexArray::boolSect;
+// What one operation gives: segments, chains, and the exact area of all chains, each closed; a
+// NaN area stands for a result that doesn't close.
+struct Outcome {
+    int segments, chains;
+    double area;
+};
 
-int chains(const CZorVertexArray& vl) {
-    return static_cast<int>(ZOR::g_vl_vll(vl).len());
-}
-
-TEST(PolygonBoolean, DisjointAndNested) {
-    const Loop a = rect(0, 0, 10, 10);
-    const Loop apart = rect(20, 0, 30, 10);
-    EXPECT_EQ(chains(g_vl_bool(a, apart, kUnion)), 2);
-    EXPECT_EQ(g_vl_bool(a, apart, kDiff).len(), 4);
-    EXPECT_EQ(g_vl_bool(a, apart, kSect).len(), 0);
-
-    const Loop inner = rect(4, 4, 6, 6);
-    EXPECT_EQ(g_vl_bool(a, inner, kUnion).len(), 4);
-    const CZorVertexArray diff = g_vl_bool(a, inner, kDiff);
-    const CZorArrayTempl<CZorVertexArray> parts = ZOR::g_vl_vll(diff);
-    ASSERT_EQ(parts.len(), 2u);
-    EXPECT_EQ(parts[0], a);
-    EXPECT_EQ(parts[1].len(), 4);
-    EXPECT_FALSE(ZOR::g_vl_orient(parts[1], CZorVector3d::kZAxis));  // b reversed
-    EXPECT_EQ(g_vl_bool(a, inner, kSect), inner);
-    EXPECT_EQ(g_vl_bool(a, inner, static_cast<CZorVertexArray::boolOper>(7)).len(), 0);
-}
-
-TEST(PolygonBoolean, OverlapsAndSharedStretches) {
-    const Loop a = rect(0, 0, 10, 10);
-    for (const CZorVertexArray::boolOper op : {kUnion, kDiff, kSect}) {
-        const CZorVertexArray r = g_vl_bool(a, rect(5, 5, 15, 15), op);
-        ASSERT_EQ(chains(r), 1) << op;
-        EXPECT_TRUE(r.isClosed()) << op;
+TEST(PolygonBoolean, Figures) {
+    const Loop sq = rect(0, 0, 10, 10);
+    const double open = std::nan("");
+    const struct {
+        const char* name;
+        Loop b;
+        Outcome uni, diff, sect;
+    } cases[] = {
+        // Apart: both outlines as two chains of one polyline.
+        {"apart", rect(20, 0, 30, 10), {8, 2, 200}, {4, 1, 100}, {0, 0, 0}},
+        // Inside: the difference is a followed by b reversed, two chains.
+        {"inside", rect(4, 4, 6, 6), {4, 1, 100}, {8, 2, 96}, {4, 1, 4}},
+        {"overlapping", rect(5, 5, 15, 15), {8, 1, 175}, {6, 1, 75}, {4, 1, 25}},
+        // Every segment of each lies on the other: only the intersection keeps them, from a.
+        {"equal", sq, {0, 0, 0}, {0, 0, 0}, {4, 1, 100}},
+        // The common edge goes from the union; the difference takes it back from b.
+        {"side by side", rect(10, 0, 20, 10), {4, 1, 200}, {4, 1, 100}, {0, 0, 0}},
+        // On a's bottom edge: a notch for the difference; the union, open there, in two pieces.
+        {"notch", rect(4, 0, 6, 2), {5, 2, open}, {8, 1, 96}, {4, 1, 4}},
+    };
+    for (const auto& c : cases) {
+        const Outcome* expected[] = {&c.uni, &c.diff, &c.sect};
+        for (const CZorVertexArray::boolOper op :
+             {CZorVertexArray::boolUnion, CZorVertexArray::boolDiff, CZorVertexArray::boolSect}) {
+            SCOPED_TRACE(std::string(c.name) + " op " + std::to_string(op));
+            const Outcome& e = *expected[op];
+            const CZorVertexArray r = g_vl_bool(sq, c.b, op);
+            EXPECT_EQ(r.len(), e.segments);
+            const Vll chains = ZOR::g_vl_vll(r);
+            EXPECT_EQ(static_cast<int>(chains.len()), e.chains);
+            if (std::isnan(e.area)) {
+                EXPECT_FALSE(r.isClosed());
+                continue;
+            }
+            for (int k = 0; k < e.chains; ++k) EXPECT_TRUE(chains[k].isClosed());
+            EXPECT_NEAR(exactArea(r), e.area, 1e-9);
+        }
     }
-    // Equal squares: union and difference empty, intersection the square once.
-    EXPECT_EQ(g_vl_bool(a, a, kUnion).len(), 0);
-    EXPECT_EQ(g_vl_bool(a, a, kDiff).len(), 0);
-    EXPECT_EQ(g_vl_bool(a, a, kSect).len(), 4);
-    // Side by side: the common edge goes from the union; the difference keeps a's shape with
-    // the common edge from b; the intersection is empty.
-    const Loop side = rect(10, 0, 20, 10);
-    const CZorVertexArray u = g_vl_bool(a, side, kUnion);
-    EXPECT_EQ(u.len(), 4);
-    EXPECT_TRUE(u.isClosed());
-    const CZorVertexArray d = g_vl_bool(a, side, kDiff);
-    EXPECT_EQ(d.len(), 4);
-    EXPECT_TRUE(d.isClosed());
-    EXPECT_EQ(g_vl_bool(a, side, kSect).len(), 0);
-    // A small square on a's bottom edge: a notch for the difference, the union left open.
-    const Loop notch = rect(4, 0, 6, 2);
-    const CZorVertexArray dn = g_vl_bool(a, notch, kDiff);
-    EXPECT_TRUE(dn.isClosed());
-    EXPECT_EQ(dn.len(), 8);
-    EXPECT_FALSE(g_vl_bool(a, notch, kUnion).isClosed());
+    EXPECT_EQ(g_vl_bool(sq, rect(4, 4, 6, 6), static_cast<CZorVertexArray::boolOper>(7)).len(), 0);
 }
 
 TEST(PolygonBoolean, ResultCarriesNoAttributesAndTheDefaultNormal) {
@@ -72,7 +66,7 @@ TEST(PolygonBoolean, ResultCarriesNoAttributesAndTheDefaultNormal) {
     a.attrNumber = b.attrNumber = 3;
     a.attrText = b.attrText = L"t";
     a.setNormal(CZorVector3d::kXAxis);
-    const CZorVertexArrayEx r = g_vl_bool(a, b, kUnion);
+    const CZorVertexArrayEx r = g_vl_bool(a, b, CZorVertexArray::boolUnion);
     EXPECT_EQ(r.len(), 8);
     EXPECT_EQ(r.attrNumber, 0);
     EXPECT_TRUE(r.attrText.isNull());
@@ -81,14 +75,12 @@ TEST(PolygonBoolean, ResultCarriesNoAttributesAndTheDefaultNormal) {
 
 TEST(PolygonBoolean, TrimToLoop) {
     const Loop sq = rect(0, 0, 10, 10);
-    const CZorVertexArray through(CZorVertex(CZorPoint3d(-5, 5, 0), CZorPoint3d(15, 5, 0), 0.0));
-    const CZorVertexArray in = zor_g_vl_vl_trim(through, sq);
+    const CZorVertexArray in = zor_g_vl_vl_trim(chain({L(-5, 5, 15, 5)}), sq);
     ASSERT_EQ(in.len(), 1);
     EXPECT_NEAR(in.geomLength(), 10.0, 1e-9);
-    const CZorVertexArray inside(CZorVertex(CZorPoint3d(2, 5, 0), CZorPoint3d(8, 5, 0), 0.0));
-    EXPECT_EQ(zor_g_vl_vl_trim(inside, sq).len(), 0);
+    EXPECT_EQ(zor_g_vl_vl_trim(chain({L(2, 5, 8, 5)}), sq).len(), 0);
     // An arc inside a circle, touching it from within: a tangent contact doesn't cut.
-    const CZorVertexArray touching(CZorVertex(CZorPoint3d(3, -2, 0), CZorPoint3d(3, 2, 0), 1.0));
+    const CZorVertexArray touching(CZorVertex(P(3, -2), P(3, 2), 1.0));
     EXPECT_EQ(zor_g_vl_vl_trim(touching, circle(0, 0, 5)).len(), 0);
 }
 

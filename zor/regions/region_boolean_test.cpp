@@ -2,27 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include "zor/polyline/orientation.h"
+#include <cmath>
+#include <cstdint>
+#include <string>
+
 #include "zor/regions/loops.h"
 #include "zor/regions/test_shapes.h"
 
 namespace {
 
 using namespace zor_test;
-using ZOR::g_region_diff;
-using ZOR::g_region_sect;
-using ZOR::g_region_union;
-
-bool allAtRest(const Regions& rs) {
-    for (int i = 0; i < static_cast<int>(rs.len()); ++i) {
-        for (int k = 0; k < static_cast<int>(rs[i].len()); ++k) {
-            if (!rs[i][k].isClosed() || !ZOR::g_vl_orient(rs[i][k], CZorVector3d::kZAxis)) {
-                return false;
-            }
-        }
-    }
-    return true;
-}
 
 Regions marker() {
     Regions m;
@@ -30,179 +19,172 @@ Regions marker() {
     return m;
 }
 
-TEST(RegionBoolean, OverlappingSquaresGiveOneLoopEach) {
-    const Region a = region(rect(0, 0, 10, 10));
-    const Region b = region(rect(5, 5, 15, 15));
+// What one operation gives: its result and, unless `out` is to stay as it was (kUntouched) or
+// the case isn't asked (kSkip), how many regions, how many loops the first one has, and the
+// exact area of them all.
+constexpr int kUntouched = -1, kSkip = -2;
+struct Outcome {
+    bool ok;
+    int regions;
+    int loops;
+    double area;
+};
+
+// The area of a circle of radius r within the band |y| < 1.
+double band(double r) {
+    return 2.0 * (std::sqrt(r * r - 1.0) + r * r * std::asin(1.0 / r));
+}
+
+// A loop with a step of 2e-6 on its bottom edge, below the tolerance divided by the factor.
+Loop stepped() {
+    return chain({L(0, 0, 5, 0), L(5, 0, 5, 2e-6), L(5, 2e-6, 10, 2e-6), L(10, 2e-6, 10, 10),
+                  L(10, 10, 0, 10), L(0, 10, 0, 0)});
+}
+
+TEST(RegionBoolean, FiguresUnionDifferenceIntersection) {
+    const Loop sq = rect(0, 0, 10, 10), small = rect(4, 4, 6, 6);
+    const Region twoHoles = region(rect(0, 0, 20, 10), rect(2, 2, 4, 4), rect(12, 2, 14, 4));
+    const double annulus = M_PI * (100.0 - 9.0), crossing = band(10) - band(3);
+    const struct {
+        const char* name;
+        Region a, b;
+        Outcome uni, diff, sect;
+    } cases[] = {
+        {"overlapping",
+         region(sq),
+         region(rect(5, 5, 15, 15)),
+         {true, 1, 1, 175},
+         {true, 1, 1, 75},
+         {true, 1, 1, 25}},
+        // Union and intersection keep a stretch shared with interiors on the same side once.
+        {"equal", region(sq), region(sq), {true, 1, 1, 100}, {true, 0, 0, 0}, {true, 1, 1, 100}},
+        // b becomes a counter-clockwise hole of the difference.
+        {"inside", region(sq), region(small), {true, 1, 1, 100}, {true, 1, 2, 96}, {true, 1, 1, 4}},
+        {"around", region(small), region(sq), {true, 1, 1, 100}, {true, 0, 0, 0}, {true, 1, 1, 4}},
+        // The island comes after the region whose hole holds it.
+        {"island in hole",
+         region(sq, rect(2, 2, 8, 8)),
+         region(small),
+         {true, 2, 2, 68},
+         {true, 1, 2, 64},
+         {true, 0, 0, 0}},
+        // The common edge goes from the union, and comes back from b for the difference.
+        {"shared edge",
+         region(sq),
+         region(rect(10, 0, 20, 10)),
+         {true, 1, 1, 200},
+         {true, 1, 1, 100},
+         {true, 0, 0, 0}},
+        {"corners touch",
+         region(sq),
+         region(rect(10, 10, 20, 20)),
+         {false, kUntouched, 0, 0},
+         {true, 1, 1, 100},
+         {true, 0, 0, 0}},
+        {"apart",
+         region(sq),
+         region(rect(20, 0, 30, 10)),
+         {true, 2, 1, 200},
+         {false, 1, 1, 100},
+         {false, 0, 0, 0}},
+        // b covers one hole: its outline becomes a hole of the difference.
+        {"covering a hole",
+         twoHoles,
+         region(rect(1, 1, 5, 5)),
+         {true, 1, 2, 196},
+         {true, 1, 3, 180},
+         {true, 1, 2, 12}},
+        // The plain difference orients clockwise operands first; the others don't.
+        {"clockwise",
+         region(rect(0, 0, 10, 10).reverse()),
+         region(rect(5, 5, 15, 15).reverse()),
+         {true, kSkip, 0, 0},
+         {true, 1, 1, 75},
+         {true, kSkip, 0, 0}},
+        // A band through a ring of arcs: the hole splits in two for the union.
+        {"ring and band",
+         region(circle(0, 0, 10), circle(0, 0, 3)),
+         region(rect(-20, -1, 20, 1)),
+         {true, 1, 3, annulus + 80 - crossing},
+         {true, 2, 1, annulus - crossing},
+         {true, 2, 1, crossing}},
+        // The short step lowers the tolerance for the segments after it, only within the call.
+        {"short step",
+         region(stepped()),
+         region(rect(5, 5, 15, 15)),
+         {true, 1, 1, 175 - 1e-5},
+         {true, 1, 1, 75 - 1e-5},
+         {true, 1, 1, 25}},
+    };
+    using Op = bool (*)(Region, Region, Regions&);
+    const struct {
+        const char* name;
+        Op op;
+    } ops[] = {
+        {"union", ZOR::g_region_union}, {"diff", ZOR::g_region_diff}, {"sect", ZOR::g_region_sect}};
+    const double tol = CZorPoint3d::tol;
+    for (const auto& c : cases) {
+        const Outcome* expected[] = {&c.uni, &c.diff, &c.sect};
+        for (int k = 0; k < 3; ++k) {
+            const Outcome& e = *expected[k];
+            if (e.regions == kSkip) continue;
+            SCOPED_TRACE(std::string(c.name) + " " + ops[k].name);
+            Regions out = marker();
+            EXPECT_EQ(ops[k].op(c.a, c.b, out), e.ok);
+            EXPECT_EQ(CZorPoint3d::tol, tol);
+            if (e.regions == kUntouched) {
+                EXPECT_EQ(out, marker());
+                continue;
+            }
+            ASSERT_EQ(out.len(), static_cast<std::uint32_t>(e.regions));
+            EXPECT_EQ(e.regions > 0 ? out[0].len() : 0u, static_cast<std::uint32_t>(e.loops));
+            EXPECT_NEAR(exactArea(out), e.area, 1e-9 * (1 + e.area));
+            EXPECT_TRUE(atRest(out));
+        }
+    }
+    // Apart, the operands come back as passed; equal ones come once from b; a shared edge leaves
+    // no joint behind in the union.
     Regions out;
-    ASSERT_TRUE(g_region_union(a, b, out));
-    ASSERT_EQ(out.len(), 1u);
-    EXPECT_EQ(out[0].len(), 1u);
-    EXPECT_NEAR(area(out), 175.0, 1e-9);
-    EXPECT_TRUE(allAtRest(out));
-    ASSERT_TRUE(g_region_diff(a, b, out));
-    ASSERT_EQ(out.len(), 1u);
-    EXPECT_NEAR(area(out), 75.0, 1e-9);
-    EXPECT_TRUE(allAtRest(out));
-    ASSERT_TRUE(g_region_sect(a, b, out));
-    ASSERT_EQ(out.len(), 1u);
-    EXPECT_NEAR(area(out), 25.0, 1e-9);
-    EXPECT_TRUE(allAtRest(out));
+    ZOR::g_region_union(cases[7].a, cases[7].b, out);
+    EXPECT_EQ(out, Regions().append(cases[7].a).append(cases[7].b));
+    ZOR::g_region_diff(cases[7].a, cases[7].b, out);
+    EXPECT_EQ(out, Regions().append(cases[7].a));
+    Region tagged = region(sq);
+    tagged[0][0].tag = 7;
+    ZOR::g_region_union(region(sq), tagged, out);
+    EXPECT_EQ(out[0][0][0].tag + out[0][0][1].tag + out[0][0][2].tag + out[0][0][3].tag, 7);
+    ZOR::g_region_union(cases[5].a, cases[5].b, out);
+    EXPECT_EQ(out[0][0].len(), 4);
 }
 
 TEST(RegionBoolean, EmptyOperandLeavesOutAlone) {
     Regions out = marker();
-    EXPECT_FALSE(g_region_union(Region(), region(rect(0, 0, 1, 1)), out));
-    EXPECT_FALSE(g_region_diff(region(rect(0, 0, 1, 1)), Region(), out));
-    EXPECT_FALSE(g_region_sect(Region(), Region(), out));
+    EXPECT_FALSE(ZOR::g_region_union(Region(), region(rect(0, 0, 1, 1)), out));
+    EXPECT_FALSE(ZOR::g_region_diff(region(rect(0, 0, 1, 1)), Region(), out));
+    EXPECT_FALSE(ZOR::g_region_sect(Region(), Region(), out));
     EXPECT_EQ(out, marker());
-
     // An outer loop without segments is an operand that lies nowhere: it stays without segments.
-    Region empty;
-    empty.append(Loop());
-    ASSERT_TRUE(g_region_union(empty, region(rect(5, 5, 6, 6)), out));
+    ASSERT_TRUE(ZOR::g_region_union(region(Loop()), region(rect(5, 5, 6, 6)), out));
     ASSERT_EQ(out.len(), 2u);
     EXPECT_EQ(out[0][0].len(), 0);
     EXPECT_EQ(out[1], region(rect(5, 5, 6, 6)));
 }
 
-TEST(RegionBoolean, IslandInHole) {
-    const Region a = region(rect(0, 0, 10, 10), rect(2, 2, 8, 8));
-    const Region b = region(rect(4, 4, 6, 6));
-    Regions out;
-    ASSERT_TRUE(g_region_union(a, b, out));
-    ASSERT_EQ(out.len(), 2u);
-    EXPECT_EQ(out[0].len(), 2u);
-    EXPECT_EQ(out[1].len(), 1u);
-    EXPECT_NEAR(area(out[1]), 4.0, 1e-9);
-    EXPECT_TRUE(allAtRest(out));
-    out = marker();
-    EXPECT_TRUE(g_region_sect(a, b, out));
-    EXPECT_EQ(out.len(), 0u);
-}
-
-TEST(RegionBoolean, SmallSquareInside) {
-    const Region a = region(rect(0, 0, 10, 10));
-    const Region b = region(rect(4, 4, 6, 6));
-    Regions out;
-    ASSERT_TRUE(g_region_diff(a, b, out));
-    ASSERT_EQ(out.len(), 1u);
-    ASSERT_EQ(out[0].len(), 2u);
-    EXPECT_NEAR(area(out), 96.0, 1e-9);
-    EXPECT_TRUE(allAtRest(out));
-    ASSERT_TRUE(g_region_sect(a, b, out));
-    ASSERT_EQ(out.len(), 1u);
-    EXPECT_NEAR(area(out), 4.0, 1e-9);
-    ASSERT_TRUE(g_region_union(a, b, out));
-    ASSERT_EQ(out.len(), 1u);
-    EXPECT_EQ(out[0].len(), 1u);
-    EXPECT_NEAR(area(out), 100.0, 1e-9);
-    out = marker();
-    EXPECT_TRUE(g_region_diff(b, a, out));
-    EXPECT_EQ(out.len(), 0u);
-}
-
-TEST(RegionBoolean, EqualRegionsComeOnceFromB) {
-    const Region a = region(rect(0, 0, 10, 10));
-    Region b = a;
-    b[0][0].tag = 7;
-    Regions out;
-    ASSERT_TRUE(g_region_union(a, b, out));
-    ASSERT_EQ(out.len(), 1u);
-    EXPECT_NEAR(area(out), 100.0, 1e-9);
-    EXPECT_EQ(out[0][0][0].tag + out[0][0][1].tag + out[0][0][2].tag + out[0][0][3].tag, 7);
-    ASSERT_TRUE(g_region_sect(a, b, out));
-    ASSERT_EQ(out.len(), 1u);
-    EXPECT_NEAR(area(out), 100.0, 1e-9);
-    ASSERT_TRUE(g_region_diff(a, b, out));
-    EXPECT_EQ(out.len(), 0u);
-}
-
-TEST(RegionBoolean, SharedEdge) {
-    const Region a = region(rect(0, 0, 10, 10));
-    const Region b = region(rect(10, 0, 20, 10));
-    Regions out;
-    ASSERT_TRUE(g_region_union(a, b, out));
-    ASSERT_EQ(out.len(), 1u);
-    ASSERT_EQ(out[0].len(), 1u);
-    EXPECT_EQ(out[0][0].len(), 4);
-    EXPECT_NEAR(area(out), 200.0, 1e-9);
-    out = marker();
-    EXPECT_TRUE(g_region_sect(a, b, out));
-    EXPECT_EQ(out.len(), 0u);
-    ASSERT_TRUE(g_region_diff(a, b, out));
-    ASSERT_EQ(out.len(), 1u);
-    EXPECT_NEAR(area(out), 100.0, 1e-9);
-    EXPECT_TRUE(allAtRest(out));
-}
-
-TEST(RegionBoolean, TouchingCorners) {
-    const Region a = region(rect(0, 0, 10, 10));
-    const Region b = region(rect(10, 10, 20, 20));
-    Regions out = marker();
-    EXPECT_FALSE(g_region_union(a, b, out));
-    EXPECT_EQ(out, marker());
-    EXPECT_TRUE(g_region_sect(a, b, out));
-    EXPECT_EQ(out.len(), 0u);
-    ASSERT_TRUE(g_region_diff(a, b, out));
-    ASSERT_EQ(out.len(), 1u);
-    EXPECT_NEAR(area(out), 100.0, 1e-9);
-}
-
-TEST(RegionBoolean, DisjointSquares) {
-    const Region a = region(rect(0, 0, 10, 10));
-    const Region b = region(rect(20, 0, 30, 10));
-    Regions out = marker();
-    ASSERT_TRUE(g_region_union(a, b, out));
-    ASSERT_EQ(out.len(), 2u);
-    EXPECT_EQ(out[0], a);
-    EXPECT_EQ(out[1], b);
-    out = marker();
-    EXPECT_FALSE(g_region_diff(a, b, out));
-    ASSERT_EQ(out.len(), 1u);
-    EXPECT_EQ(out[0], a);
-    out = marker();
-    EXPECT_FALSE(g_region_sect(a, b, out));
-    EXPECT_EQ(out.len(), 0u);
-}
-
-TEST(RegionBoolean, SubtrahendCoveringOneOfTwoHoles) {
-    Region a = region(rect(0, 0, 20, 10), rect(2, 2, 4, 4));
-    a.append(rect(12, 2, 14, 4));
-    const Region b = region(rect(1, 1, 5, 5));
-    Regions out;
-    ASSERT_TRUE(g_region_diff(a, b, out));
-    ASSERT_EQ(out.len(), 1u);
-    EXPECT_EQ(out[0].len(), 3u);
-    EXPECT_NEAR(area(out), 200.0 - 4.0 - 16.0, 1e-9);
-    EXPECT_TRUE(allAtRest(out));
-}
-
-TEST(RegionBoolean, ClockwiseOperandsOfPlainDifferenceAreOriented) {
-    const Region a = region(rect(0, 0, 10, 10).reverse());
-    const Region b = region(rect(5, 5, 15, 15).reverse());
-    Regions out;
-    ASSERT_TRUE(g_region_diff(a, b, out));
-    EXPECT_NEAR(area(out), 75.0, 1e-9);
-    EXPECT_TRUE(allAtRest(out));
-}
-
 TEST(RegionBoolean, ExAttributes) {
-    CZorArrayTempl<CZorVertexArrayEx> a, b;
-    a.append(CZorVertexArrayEx(rect(0, 0, 10, 10)));
+    VllEx a = toEx(region(rect(0, 0, 10, 10))), b = toEx(region(rect(5, 5, 15, 15)));
     a[0].attrNumber = 5;
     a[0].attrText = L"wall";
-    b.append(CZorVertexArrayEx(rect(5, 5, 15, 15)));
     b[0].attrNumber = 6;
     b[0].attrText = L"slab";
-    CZorArrayTempl<CZorArrayTempl<CZorVertexArrayEx>> out;
-    ASSERT_TRUE(g_region_diff(a, b, out));
+    RegionsEx out;
+    ASSERT_TRUE(ZOR::g_region_diff(a, b, out));
     ASSERT_EQ(out.len(), 1u);
     EXPECT_EQ(out[0][0].attrNumber, 0);
     EXPECT_TRUE(out[0][0].attrText == CZorString(L"wall"));
-    ASSERT_TRUE(g_region_union(a, b, out));
+    ASSERT_TRUE(ZOR::g_region_union(a, b, out));
     EXPECT_EQ(out[0][0].attrNumber, 0);
     EXPECT_TRUE(out[0][0].attrText.isNull());
-    ASSERT_TRUE(g_region_sect(a, b, out));
+    ASSERT_TRUE(ZOR::g_region_sect(a, b, out));
     EXPECT_TRUE(out[0][0].attrText.isNull());
 }
 
@@ -212,59 +194,26 @@ TEST(RegionBoolean, ListDifferences) {
     cuts.append(region(rect(9, -1, 11, 11)));
     cuts.append(region(rect(19, -1, 21, 11)));
     cuts.append(region(rect(100, 100, 101, 101)));
-    Regions out;
+    // Only the first region of `a` is cut, and it replaces out[0]; the second region of `a` isn't
+    // in the result, and what `out` held beyond its first region is cut as well.
+    Regions out = marker().append(region(rect(15, 0, 25, 10)));
     ASSERT_TRUE(ZOR::reglDiff(Regions().append(a).append(region(rect(50, 0, 60, 10))), cuts, out));
-    // Only the first region of `a` is cut; the second isn't in the result.
-    ASSERT_EQ(out.len(), 3u);
-    EXPECT_NEAR(area(out), 300.0 - 40.0, 1e-9);
-    out = Regions();
+    ASSERT_EQ(out.len(), 5u);
+    EXPECT_NEAR(exactArea(out), 300.0 - 40.0 + 80.0, 1e-9);
+    out = marker();
     EXPECT_FALSE(ZOR::reglDiff(Regions(), cuts, out));
-    Regions whole;
-    whole.append(region(rect(-1, -1, 31, 11)));
-    EXPECT_FALSE(ZOR::reglDiff(Regions().append(a), whole, out));
+    EXPECT_EQ(out, marker());
+    EXPECT_FALSE(
+        ZOR::reglDiff(Regions().append(a), Regions().append(region(rect(-1, -1, 31, 11))), out));
     EXPECT_EQ(out.len(), 0u);
 
-    CZorArrayTempl<CZorVertexArrayEx> ax;
-    zorVllToVllEx(ax, a);
-    CZorArrayTempl<CZorArrayTempl<CZorVertexArrayEx>> cx, ox;
+    RegionsEx cx, ox;
     zorReglToReglEx(cx, cuts);
-    ASSERT_TRUE(g_region_diff(ax, cx, ox));
+    ASSERT_TRUE(ZOR::g_region_diff(toEx(a), cx, ox));
     EXPECT_EQ(ox.len(), 3u);
-    ASSERT_TRUE(g_region_diff(ax, CZorArrayTempl<CZorArrayTempl<CZorVertexArrayEx>>(), ox));
+    ASSERT_TRUE(ZOR::g_region_diff(toEx(a), RegionsEx(), ox));
     ASSERT_EQ(ox.len(), 1u);
     EXPECT_EQ(ox[0].len(), 1u);
-}
-
-TEST(RegionBoolean, ShortSegmentLowersTheToleranceOnlyForTheCall) {
-    // A step of 2e-6 on the bottom edge, below the tolerance divided by the factor.
-    Loop a;
-    a.append(CZorVertex(CZorPoint3d(0, 0, 0), CZorPoint3d(5, 0, 0), 0.0));
-    a.append(CZorVertex(CZorPoint3d(5, 0, 0), CZorPoint3d(5, 2e-6, 0), 0.0));
-    a.append(CZorVertex(CZorPoint3d(5, 2e-6, 0), CZorPoint3d(10, 2e-6, 0), 0.0));
-    a.append(CZorVertex(CZorPoint3d(10, 2e-6, 0), CZorPoint3d(10, 10, 0), 0.0));
-    a.append(CZorVertex(CZorPoint3d(10, 10, 0), CZorPoint3d(0, 10, 0), 0.0));
-    a.append(CZorVertex(CZorPoint3d(0, 10, 0), CZorPoint3d(0, 0, 0), 0.0));
-    const double before = CZorPoint3d::tol;
-    Regions out;
-    ASSERT_TRUE(g_region_union(region(a), region(rect(5, 5, 15, 15)), out));
-    EXPECT_EQ(CZorPoint3d::tol, before);
-    ASSERT_EQ(out.len(), 1u);
-    EXPECT_NEAR(area(out), 175.0, 1e-4);
-    EXPECT_TRUE(allAtRest(out));
-}
-
-TEST(RegionBoolean, ArcsAndHoles) {
-    const Region a = region(circle(0, 0, 10), circle(0, 0, 3));
-    const Region b = region(rect(-20, -1, 20, 1));
-    Regions out;
-    ASSERT_TRUE(g_region_diff(a, b, out));
-    EXPECT_EQ(out.len(), 2u);
-    EXPECT_TRUE(allAtRest(out));
-    Regions both;
-    ASSERT_TRUE(g_region_sect(a, b, both));
-    EXPECT_EQ(both.len(), 2u);
-    // The cross-section values chord the arcs within 0.01, the pieces differently from the whole.
-    EXPECT_NEAR(area(out) + area(both), area(a), 2e-3 * area(a));
 }
 
 }  // namespace

@@ -20,13 +20,29 @@ namespace {
 
 using namespace zor_test;
 
+bool same(double x, double y) {
+    return x == y || (std::isnan(x) && std::isnan(y));
+}
+
+bool sameExactly(const CZorVertexArray& a, const CZorVertexArray& b) {
+    if (a.len() != b.len()) return false;
+    for (int i = 0; i < a.len(); ++i) {
+        const CZorVertex &s = a[i], &t = b[i];
+        if (!same(s.start.x, t.start.x) || !same(s.start.y, t.start.y) || !same(s.end.x, t.end.x) ||
+            !same(s.end.y, t.end.y) || !same(s.bulge, t.bulge) || s.tag != t.tag) {
+            return false;
+        }
+    }
+    return true;
+}
+
 // Loops of random rectangles and circles in a 100 x 100 field, some nested, some crossing, some
 // sharing corners on a coarse grid.
-CZorArrayTempl<CZorVertexArray> randomLoops(std::mt19937& rng, int n) {
+Vll randomLoops(std::mt19937& rng, int n) {
     std::uniform_int_distribution<int> cell(0, 20);
     std::uniform_int_distribution<int> size(1, 8);
     std::uniform_int_distribution<int> kind(0, 2);
-    CZorArrayTempl<CZorVertexArray> out;
+    Vll out;
     for (int i = 0; i < n; ++i) {
         const double x = 5.0 * cell(rng), y = 5.0 * cell(rng), s = 2.5 * size(rng);
         if (kind(rng) == 0) {
@@ -41,7 +57,7 @@ CZorArrayTempl<CZorVertexArray> randomLoops(std::mt19937& rng, int n) {
 TEST(RegionIndex, ChainSortingEqualsThePlainSearch) {
     std::mt19937 rng(11);
     for (int round = 0; round < 200; ++round) {
-        CZorArrayTempl<CZorVertexArray> loops = randomLoops(rng, 1 + round % 7);
+        Vll loops = randomLoops(rng, 1 + round % 7);
         CZorVertexArray bag;
         for (int i = 0; i < static_cast<int>(loops.len()); ++i) bag += loops[i];
         // Shuffle, and move some ends by less than the tolerance so that joints aren't exact.
@@ -59,12 +75,7 @@ TEST(RegionIndex, ChainSortingEqualsThePlainSearch) {
         CZorVertexArray fast = shuffled;
         ZOR::g_vl_sort(plain);
         ZOR::detail::sortChains(fast);
-        ASSERT_EQ(fast.len(), plain.len());
-        for (int i = 0; i < plain.len(); ++i) {
-            ASSERT_TRUE(fast[i].start.x == plain[i].start.x && fast[i].end.x == plain[i].end.x &&
-                        fast[i].end.y == plain[i].end.y && fast[i].bulge == plain[i].bulge)
-                << "round " << round << " at " << i;
-        }
+        ASSERT_TRUE(sameExactly(fast, plain)) << "round " << round;
     }
 }
 
@@ -73,7 +84,7 @@ TEST(RegionIndex, RegionTesterEqualsThePlainTest) {
     std::uniform_real_distribution<double> coord(-5.0, 110.0);
     for (int round = 0; round < 40; ++round) {
         Region r = region(rect(0, 0, 100, 100));
-        const CZorArrayTempl<CZorVertexArray> holes = randomLoops(rng, 6);
+        const Vll holes = randomLoops(rng, 6);
         for (int i = 0; i < static_cast<int>(holes.len()); ++i) r.append(holes[i]);
         const ZOR::detail::RegionPointTester tester(ZOR::detail::loopPointers(r));
         std::vector<CZorPoint3d> points;
@@ -93,7 +104,7 @@ TEST(RegionIndex, RegionTesterEqualsThePlainTest) {
 }
 
 // g_vll_region as its steps read, every loop tested against every other.
-Regions regionsByDepthPlain(const CZorArrayTempl<CZorVertexArray>& loops) {
+Regions regionsByDepthPlain(const Vll& loops) {
     const int n = loops.len();
     std::vector<int> depth(n, 0);
     for (int i = 0; i < n; ++i) {
@@ -132,7 +143,7 @@ Regions regionsByDepthPlain(const CZorArrayTempl<CZorVertexArray>& loops) {
 TEST(RegionIndex, RegionsByDepthEqualThePlainNesting) {
     std::mt19937 rng(3);
     for (int round = 0; round < 100; ++round) {
-        const CZorArrayTempl<CZorVertexArray> loops = randomLoops(rng, round % 14);
+        const Vll loops = randomLoops(rng, round % 14);
         ASSERT_EQ(ZOR::g_vll_region(loops), regionsByDepthPlain(loops)) << "round " << round;
     }
 }
@@ -161,30 +172,10 @@ TEST(RegionIndex, PointGridFindsEveryPointWithinTolerance) {
     EXPECT_NE(std::find(near.begin(), near.end(), 2000), near.end());
 }
 
-}  // namespace
-
-namespace {
-
-bool same(double x, double y) {
-    return x == y || (std::isnan(x) && std::isnan(y));
-}
-
-bool sameExactly(const CZorVertexArray& a, const CZorVertexArray& b) {
-    if (a.len() != b.len()) return false;
-    for (int i = 0; i < a.len(); ++i) {
-        const CZorVertex &s = a[i], &t = b[i];
-        if (!same(s.start.x, t.start.x) || !same(s.start.y, t.start.y) || !same(s.end.x, t.end.x) ||
-            !same(s.end.y, t.end.y) || !same(s.bulge, t.bulge) || s.tag != t.tag) {
-            return false;
-        }
-    }
-    return true;
-}
-
 TEST(RegionIndex, BreakingEqualsThePlainWalk) {
     std::mt19937 rng(21);
     for (int round = 0; round < 150; ++round) {
-        const CZorArrayTempl<CZorVertexArray> loops = randomLoops(rng, 2);
+        const Vll loops = randomLoops(rng, 2);
         CZorVertexArray a = loops[0];
         CZorVertexArray b = loops[1];
         if (round % 3 == 0) {

@@ -10,12 +10,6 @@ namespace {
 
 using namespace zor_test;
 
-CZorPoint3d P(double x, double y) {
-    return CZorPoint3d(x, y, 0);
-}
-
-using Vll = CZorArrayTempl<CZorVertexArray>;
-
 TEST(Slice, OpenPolylineBySide) {
     Vll right, left;
     right.append(rect(0, 0, 1, 1));  // emptied by the call
@@ -78,7 +72,7 @@ TEST(Slice, ClosedSquare) {
     loops.append(rect(0, 0, 10, 10));
     const Vll closed = ZOR::g_reg_slice(loops, arc);
     ASSERT_EQ(closed.len(), 1u);
-    EXPECT_NEAR(std::fabs(area(region(closed[0]))), 10.0 * (10.0 - x), 1e-9);
+    EXPECT_NEAR(std::fabs(exactArea(closed[0])), 10.0 * (10.0 - x), 1e-9);
 }
 
 TEST(Slice, RegionLoopsClosedAlongTheCutter) {
@@ -88,13 +82,13 @@ TEST(Slice, RegionLoopsClosedAlongTheCutter) {
     Vll out = ZOR::g_reg_slice(loops, cutter);
     ASSERT_EQ(out.len(), 1u);
     EXPECT_TRUE(out[0].isClosed());
-    EXPECT_NEAR(area(region(out[0])), 50.0, 1e-9);
+    EXPECT_NEAR(exactArea(out[0]), 50.0, 1e-9);
 
     loops.append(rect(3, 3, 7, 7).reverse());
     out = ZOR::g_reg_slice(loops, cutter);
     ASSERT_EQ(out.len(), 1u);
     EXPECT_TRUE(out[0].isClosed());
-    EXPECT_NEAR(area(region(out[0])), 50.0 - 8.0, 1e-9);
+    EXPECT_NEAR(exactArea(out[0]), 50.0 - 8.0, 1e-9);
 
     EXPECT_EQ(ZOR::g_reg_slice(loops, CZorVertex(P(1, 1), P(1, 1), 0.0)), loops);
 }
@@ -113,7 +107,7 @@ TEST(Slice, Regions) {
     out = ZOR::g_region_slice(r, P(11, 5), P(-1, 5));  // keeps the upper half
     ASSERT_EQ(out.len(), 1u);
     EXPECT_EQ(out[0].len(), 1u);
-    EXPECT_NEAR(area(out), 50.0 - 8.0, 1e-9);
+    EXPECT_NEAR(exactArea(out), 50.0 - 8.0, 1e-9);
 }
 
 TEST(Punch, LineThroughCircle) {
@@ -130,14 +124,13 @@ TEST(Punch, LineThroughCircle) {
     CZorVertexArrayEx ex(line);
     ex.attrNumber = 2;
     ex.attrText = L"a";
-    CZorArrayTempl<CZorVertexArrayEx> list;
+    VllEx list;
     list.append(ex).append(ex);
-    const CZorArrayTempl<CZorVertexArrayEx> pieces = ZOR::g_vll_punch(list, circle(0, 0, 5), false);
+    const VllEx pieces = ZOR::g_vll_punch(list, circle(0, 0, 5), false);
     ASSERT_EQ(pieces.len(), 4u);
     EXPECT_EQ(pieces[3].attrNumber, 2);
     EXPECT_TRUE(pieces[3].attrText == CZorString(L"a"));
-    EXPECT_EQ(ZOR::g_vll_punch(CZorArrayTempl<CZorVertexArrayEx>(), circle(0, 0, 5), true).len(),
-              0u);
+    EXPECT_EQ(ZOR::g_vll_punch(VllEx(), circle(0, 0, 5), true).len(), 0u);
 }
 
 TEST(Punch, AgainstRegion) {

@@ -1,48 +1,63 @@
-// Outlines that the region tests build over and over: rectangles, circles of arcs, toothed
-// outlines and random polygons, all counter-clockwise unless said otherwise.
+// Builders and measures shared by the region tests: points, straight segments, rectangles,
+// circles of arcs and toothed outlines, all counter-clockwise unless said otherwise.
 #pragma once
 
 #include <cmath>
-#include <random>
+#include <initializer_list>
 
 #include "zor/foundation/array.h"
 #include "zor/geometry/point3d.h"
-#include "zor/polyline/analysis.h"
+#include "zor/polyline/orientation.h"
+#include "zor/polyline/point_inside.h"
 #include "zor/polyline/vertexarray.h"
+#include "zor/polyline/vertexarray_ex.h"
 
 namespace zor_test {
 
 using Loop = CZorVertexArray;
+using Vll = CZorArrayTempl<CZorVertexArray>;
 using Region = CZorArrayTempl<CZorVertexArray>;
 using Regions = CZorArrayTempl<CZorArrayTempl<CZorVertexArray>>;
+using VllEx = CZorArrayTempl<CZorVertexArrayEx>;
+using RegionsEx = CZorArrayTempl<CZorArrayTempl<CZorVertexArrayEx>>;
+
+inline CZorPoint3d P(double x, double y) {
+    return CZorPoint3d(x, y, 0);
+}
+
+// A straight segment.
+inline CZorVertex L(double x0, double y0, double x1, double y1) {
+    return CZorVertex(P(x0, y0), P(x1, y1), 0.0);
+}
+
+inline Loop chain(std::initializer_list<CZorVertex> segments) {
+    Loop out;
+    for (const CZorVertex& s : segments) out.append(s);
+    return out;
+}
 
 inline Loop rect(double x0, double y0, double x1, double y1) {
-    Loop l;
-    l.append(CZorVertex(CZorPoint3d(x0, y0, 0), CZorPoint3d(x1, y0, 0), 0.0));
-    l.append(CZorVertex(CZorPoint3d(x1, y0, 0), CZorPoint3d(x1, y1, 0), 0.0));
-    l.append(CZorVertex(CZorPoint3d(x1, y1, 0), CZorPoint3d(x0, y1, 0), 0.0));
-    l.append(CZorVertex(CZorPoint3d(x0, y1, 0), CZorPoint3d(x0, y0, 0), 0.0));
-    return l;
+    return chain({L(x0, y0, x1, y0), L(x1, y0, x1, y1), L(x1, y1, x0, y1), L(x0, y1, x0, y0)});
 }
 
 // Two half arcs, counter-clockwise, starting at the rightmost point.
 inline Loop circle(double cx, double cy, double r) {
-    Loop l;
-    l.append(CZorVertex(CZorPoint3d(cx + r, cy, 0), CZorPoint3d(cx - r, cy, 0), 1.0));
-    l.append(CZorVertex(CZorPoint3d(cx - r, cy, 0), CZorPoint3d(cx + r, cy, 0), 1.0));
-    return l;
+    return chain({CZorVertex(P(cx + r, cy), P(cx - r, cy), 1.0),
+                  CZorVertex(P(cx - r, cy), P(cx + r, cy), 1.0)});
 }
 
-inline Region region(const Loop& outer) {
+template <class... Holes>
+Region region(const Loop& outer, const Holes&... holes) {
     Region r;
     r.append(outer);
+    (r.append(holes), ...);
     return r;
 }
 
-inline Region region(const Loop& outer, const Loop& hole) {
-    Region r = region(outer);
-    r.append(hole);
-    return r;
+inline VllEx toEx(const Vll& vll) {
+    VllEx out;
+    zorVllToVllEx(out, vll);
+    return out;
 }
 
 // A closed outline of `n` segments round (cx, cy), lines and arcs alternating: each tooth of
@@ -68,27 +83,9 @@ inline Loop gear(double cx, double cy, int n, double rOuter, double turn) {
     return l;
 }
 
-// Area of a region from the library's own cross-section values: outer minus holes.
-inline double area(const Region& r) {
-    double a = 0.0;
-    for (int i = 0; i < static_cast<int>(r.len()); ++i) {
-        Statics st;
-        if (!ZOR::g_vl_statics(r[i], st)) continue;
-        a += i == 0 ? st.area : -st.area;
-    }
-    return a;
-}
-
-inline double area(const Regions& rs) {
-    double a = 0.0;
-    for (int i = 0; i < static_cast<int>(rs.len()); ++i) a += area(rs[i]);
-    return a;
-}
-
-// Signed area enclosed by a closed polyline, counter-clockwise positive, in closed form: the
-// polygon of its ends plus, for each arc, the circular segment between chord and arc. Free of the
-// chord approximation of the cross-section values, so that identities between areas hold to
-// rounding.
+// Signed area enclosed by the chains of a polyline, counter-clockwise positive, in closed form:
+// the polygon of its ends plus, for each arc, the circular segment between chord and arc. Exact,
+// unlike the chorded cross-section values, so identities between areas hold to rounding.
 inline double exactArea(const Loop& l) {
     double a = 0.0;
     for (int i = 0; i < l.len(); ++i) {
@@ -115,6 +112,18 @@ inline double exactArea(const Regions& rs) {
     double a = 0.0;
     for (int i = 0; i < static_cast<int>(rs.len()); ++i) a += exactArea(rs[i]);
     return a;
+}
+
+// Every loop closed and counter-clockwise, every hole's first middle inside its outer loop.
+inline bool atRest(const Regions& rs) {
+    for (int i = 0; i < static_cast<int>(rs.len()); ++i) {
+        for (int k = 0; k < static_cast<int>(rs[i].len()); ++k) {
+            const Loop& l = rs[i][k];
+            if (!l.isClosed() || !ZOR::g_vl_orient(l, CZorVector3d::kZAxis)) return false;
+            if (k > 0 && !ZOR::g_vl_pt_inside(rs[i][0], l[0].mid(), false)) return false;
+        }
+    }
+    return true;
 }
 
 }  // namespace zor_test
