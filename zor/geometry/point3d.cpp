@@ -8,13 +8,6 @@ CZorPoint3d::CZorPoint3d(const double* p) {
     if (p != nullptr) set(p[0], p[1], p[2]);
 }
 
-CZorPoint3d& CZorPoint3d::set(double nx, double ny, double nz) {
-    x = nx;
-    y = ny;
-    z = nz;
-    return *this;
-}
-
 // The two classes are laid out alike on purpose: callers switch between the views of one
 // object without copying.
 CZorVector3d& CZorPoint3d::asVector() {
@@ -22,28 +15,6 @@ CZorVector3d& CZorPoint3d::asVector() {
 }
 const CZorVector3d& CZorPoint3d::asVector() const {
     return reinterpret_cast<const CZorVector3d&>(*this);
-}
-
-CZorPoint3d& CZorPoint3d::operator+=(const CZorVector3d& v) {
-    return set(x + v.x, y + v.y, z + v.z);
-}
-
-CZorPoint3d& CZorPoint3d::operator-=(const CZorVector3d& v) {
-    return set(x - v.x, y - v.y, z - v.z);
-}
-
-CZorPoint3d CZorPoint3d::operator+(const CZorVector3d& v) const {
-    CZorPoint3d r(*this);
-    return r += v;
-}
-
-CZorPoint3d CZorPoint3d::operator-(const CZorVector3d& v) const {
-    CZorPoint3d r(*this);
-    return r -= v;
-}
-
-CZorVector3d CZorPoint3d::operator-(const CZorPoint3d& p) const {
-    return CZorVector3d(x - p.x, y - p.y, z - p.z);
 }
 
 CZorPoint3d& CZorPoint3d::operator*=(const double m[4][4]) {
@@ -66,21 +37,8 @@ CZorPoint3d CZorPoint3d::scale(CZorPoint3d s) const {
     return s.set(x * s.x, y * s.y, z * s.z);
 }
 
-double CZorPoint3d::distanceTo(const CZorPoint3d& p) const {
-    return (*this - p).abs();
-}
-
 bool CZorPoint3d::isValid() const {
     return std::isfinite(x) && std::isfinite(y) && std::isfinite(z);
-}
-
-bool CZorPoint3d::operator==(const CZorPoint3d& p) const {
-    if (this == &p) return true;
-    // The per-coordinate test rejects most pairs before the square root is paid for.
-    if (std::fabs(x - p.x) > tol || std::fabs(y - p.y) > tol || std::fabs(z - p.z) > tol) {
-        return false;
-    }
-    return tol >= distanceTo(p);
 }
 
 bool CZorPoint3d::operator<(const CZorPoint3d& p) const {

@@ -70,6 +70,50 @@ class [[gnu::may_alias]] CZorPoint3d : public CZorObj {
     bool operator>(const CZorPoint3d& p) const;
 };
 
+// The arithmetic and comparison below run in the innermost loops of the kernel, so they are
+// defined here where every caller can inline them.
+
+inline CZorPoint3d& CZorPoint3d::set(double nx, double ny, double nz) {
+    x = nx;
+    y = ny;
+    z = nz;
+    return *this;
+}
+
+inline CZorPoint3d& CZorPoint3d::operator+=(const CZorVector3d& v) {
+    return set(x + v.x, y + v.y, z + v.z);
+}
+
+inline CZorPoint3d& CZorPoint3d::operator-=(const CZorVector3d& v) {
+    return set(x - v.x, y - v.y, z - v.z);
+}
+
+inline CZorPoint3d CZorPoint3d::operator+(const CZorVector3d& v) const {
+    return CZorPoint3d(x + v.x, y + v.y, z + v.z);
+}
+
+inline CZorPoint3d CZorPoint3d::operator-(const CZorVector3d& v) const {
+    return CZorPoint3d(x - v.x, y - v.y, z - v.z);
+}
+
+inline CZorVector3d CZorPoint3d::operator-(const CZorPoint3d& p) const {
+    return CZorVector3d(x - p.x, y - p.y, z - p.z);
+}
+
+inline double CZorPoint3d::distanceTo(const CZorPoint3d& p) const {
+    const double d[3] = {x - p.x, y - p.y, z - p.z};
+    return ZOR::vabs(d);
+}
+
+inline bool CZorPoint3d::operator==(const CZorPoint3d& p) const {
+    if (this == &p) return true;
+    // The per-coordinate test rejects most pairs before the square root is paid for.
+    if (std::fabs(x - p.x) > tol || std::fabs(y - p.y) > tol || std::fabs(z - p.z) > tol) {
+        return false;
+    }
+    return tol >= distanceTo(p);
+}
+
 // Saves CZorPoint3d::tol at construction and stores it back at destruction, whatever happened
 // in between, so scopes nest like a stack.
 class CZorPoint3dTol : public CZorObj {

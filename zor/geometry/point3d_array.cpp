@@ -57,16 +57,17 @@ CZorPoint3dArray& CZorPoint3dArray::operator=(const CZorPoint3dArray& a) {
 }
 
 CZorPoint3dArray::~CZorPoint3dArray() {
-    delete[] data;
+    ::delete[] data;
 }
 
 int CZorPoint3dArray::setLength(int n) {
     const int old = len();
     const int capacity = CZorArray::setLength(n);
     if (capacity != 0) {
-        CZorPoint3d* block = new CZorPoint3d[capacity];
+        // The constructors set every member, so the clearing of CZorObj's allocator is skipped.
+        CZorPoint3d* block = ::new CZorPoint3d[capacity];
         for (int i = 0; i < old; ++i) block[i].set(data[i].x, data[i].y, data[i].z);
-        delete[] data;
+        ::delete[] data;
         data = block;
     }
     return len();

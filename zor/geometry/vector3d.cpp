@@ -16,13 +16,6 @@ CZorVector3d& CZorVector3d::operator=(const double* p) {
     return *this;
 }
 
-CZorVector3d& CZorVector3d::set(double nx, double ny, double nz) {
-    x = nx;
-    y = ny;
-    z = nz;
-    return *this;
-}
-
 // The two classes are laid out alike on purpose: callers switch between the views of one
 // object without copying.
 CZorPoint3d& CZorVector3d::asPoint() {
@@ -32,62 +25,12 @@ const CZorPoint3d& CZorVector3d::asPoint() const {
     return reinterpret_cast<const CZorPoint3d&>(*this);
 }
 
-double CZorVector3d::abs() const {
-    return ZOR::vabs(&x);
-}
-
-CZorVector3d& CZorVector3d::operator+=(const CZorVector3d& v) {
-    x += v.x;
-    y += v.y;
-    z += v.z;
-    return *this;
-}
-
-CZorVector3d& CZorVector3d::operator-=(const CZorVector3d& v) {
-    x -= v.x;
-    y -= v.y;
-    z -= v.z;
-    return *this;
-}
-
-CZorVector3d CZorVector3d::operator+(const CZorVector3d& v) const {
-    CZorVector3d r(*this);
-    return r += v;
-}
-
-CZorVector3d CZorVector3d::operator-(const CZorVector3d& v) const {
-    CZorVector3d r(*this);
-    return r -= v;
-}
-
 CZorVector3d CZorVector3d::operator-() const {
     return *this * -1.0;
 }
 
-CZorVector3d& CZorVector3d::operator*=(double f) {
-    // Skipping exact zeros keeps them +0.0: no -0.0 from negation, no NaN from 0 * inf.
-    for (double* c : {&x, &y, &z}) {
-        if (*c != 0.0) *c *= f;
-    }
-    return *this;
-}
-
-CZorVector3d CZorVector3d::operator*(double f) const {
-    CZorVector3d r(*this);
-    return r *= f;
-}
-
 CZorVector3d operator*(double f, const CZorVector3d& v) {
     return v * f;
-}
-
-CZorVector3d& CZorVector3d::operator*=(const CZorVector3d& v) {
-    return set(y * v.z - z * v.y, z * v.x - x * v.z, x * v.y - y * v.x);
-}
-
-CZorVector3d CZorVector3d::operator*(const CZorVector3d& v) const {
-    CZorVector3d r(*this);
-    return r *= v;
 }
 
 CZorVector3d& CZorVector3d::operator*=(const double m[4][4]) {
@@ -111,12 +54,6 @@ CZorVector3d CZorVector3d::operator*(const double m[4][4]) const {
 
 CZorVector3d& CZorVector3d::scale(const CZorPoint3d& s) {
     return set(x * s.x, y * s.y, z * s.z);
-}
-
-CZorVector3d& CZorVector3d::normalize() {
-    const double l = abs();
-    if (tol > l || !std::isfinite(l)) return set(0.0, 0.0, 0.0);
-    return set(x / l, y / l, z / l);
 }
 
 CZorVector3d CZorVector3d::normal() const {
@@ -144,11 +81,6 @@ bool CZorVector3d::isValid() const {
     return std::isfinite(x) && std::isfinite(y) && std::isfinite(z);
 }
 
-bool CZorVector3d::operator==(const CZorVector3d& v) const {
-    if (this == &v) return true;
-    return !(std::fabs(x - v.x) > tol || std::fabs(y - v.y) > tol || std::fabs(z - v.z) > tol);
-}
-
 namespace ZOR {
 
 double angle(const CZorVector3d& v) {
@@ -162,16 +94,6 @@ double g_v_ang(const CZorVector3d& a, const CZorVector3d& b) {
 
 CZorVector3d polar(double ang, double len) {
     return CZorVector3d(std::cos(ang) * len, std::sin(ang) * len, 0.0);
-}
-
-double sprod(const double* a, const double* b) {
-    double s = 0.0;
-    for (int i = 0; i < 3; ++i) s += a[i] * b[i];
-    return s;
-}
-
-double vabs(const double* a) {
-    return std::sqrt(sprod(a, a));
 }
 
 }  // namespace ZOR

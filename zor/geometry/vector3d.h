@@ -10,6 +10,8 @@
 // type of the view that has to carry the mark, so both classes do, each being the other's view.
 #pragma once
 
+#include <cmath>
+
 #include "zor/foundation/object.h"
 #include "zor/geometry/nan.h"
 
@@ -108,8 +110,75 @@ double g_v_ang(const CZorVector3d& a, const CZorVector3d& b);
 // (cos(ang) * len, sin(ang) * len, 0).
 CZorVector3d polar(double ang, double len);
 // Dot product over three doubles.
-double sprod(const double* a, const double* b);
+inline double sprod(const double* a, const double* b) {
+    // Summed from +0.0 like a running total, so that a sum of negative zeros is +0.0.
+    return 0.0 + a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
 // Length over three doubles.
-double vabs(const double* a);
+inline double vabs(const double* a) {
+    return std::sqrt(sprod(a, a));
+}
 
 }  // namespace ZOR
+
+// The arithmetic below runs in the innermost loops of the kernel, so it is defined here where
+// every caller can inline it.
+
+inline CZorVector3d& CZorVector3d::set(double nx, double ny, double nz) {
+    x = nx;
+    y = ny;
+    z = nz;
+    return *this;
+}
+
+inline double CZorVector3d::abs() const {
+    return ZOR::vabs(&x);
+}
+
+inline CZorVector3d& CZorVector3d::operator+=(const CZorVector3d& v) {
+    return set(x + v.x, y + v.y, z + v.z);
+}
+
+inline CZorVector3d& CZorVector3d::operator-=(const CZorVector3d& v) {
+    return set(x - v.x, y - v.y, z - v.z);
+}
+
+inline CZorVector3d CZorVector3d::operator+(const CZorVector3d& v) const {
+    return CZorVector3d(x + v.x, y + v.y, z + v.z);
+}
+
+inline CZorVector3d CZorVector3d::operator-(const CZorVector3d& v) const {
+    return CZorVector3d(x - v.x, y - v.y, z - v.z);
+}
+
+inline CZorVector3d& CZorVector3d::operator*=(double f) {
+    // Skipping exact zeros keeps them +0.0: no -0.0 from negation, no NaN from 0 * inf.
+    if (x != 0.0) x *= f;
+    if (y != 0.0) y *= f;
+    if (z != 0.0) z *= f;
+    return *this;
+}
+
+inline CZorVector3d CZorVector3d::operator*(double f) const {
+    CZorVector3d r(x, y, z);
+    return r *= f;
+}
+
+inline CZorVector3d& CZorVector3d::operator*=(const CZorVector3d& v) {
+    return set(y * v.z - z * v.y, z * v.x - x * v.z, x * v.y - y * v.x);
+}
+
+inline CZorVector3d CZorVector3d::operator*(const CZorVector3d& v) const {
+    return CZorVector3d(y * v.z - z * v.y, z * v.x - x * v.z, x * v.y - y * v.x);
+}
+
+inline CZorVector3d& CZorVector3d::normalize() {
+    const double l = abs();
+    if (tol > l || !std::isfinite(l)) return set(0.0, 0.0, 0.0);
+    return set(x / l, y / l, z / l);
+}
+
+inline bool CZorVector3d::operator==(const CZorVector3d& v) const {
+    if (this == &v) return true;
+    return !(std::fabs(x - v.x) > tol || std::fabs(y - v.y) > tol || std::fabs(z - v.z) > tol);
+}

@@ -53,7 +53,7 @@ CZorVertexArray::CZorVertexArray(CZorVertexArray&& a) noexcept
 
 CZorVertexArray& CZorVertexArray::operator=(CZorVertexArray&& a) noexcept {
     if (this == &a) return *this;
-    delete[] data_;
+    ::delete[] data_;
     data_ = std::exchange(a.data_, nullptr);
     physicalLength = std::exchange(a.physicalLength, 0);
     logicalLength = std::exchange(a.logicalLength, 0);
@@ -62,16 +62,17 @@ CZorVertexArray& CZorVertexArray::operator=(CZorVertexArray&& a) noexcept {
 }
 
 CZorVertexArray::~CZorVertexArray() {
-    delete[] data_;
+    ::delete[] data_;
 }
 
 int CZorVertexArray::setLength(int n) {
     const int old = len();
     const int capacity = CZorArray::setLength(n);
     if (capacity != 0) {
-        CZorVertex* block = new CZorVertex[capacity];
+        // The constructors set every member, so the clearing of CZorObj's allocator is skipped.
+        CZorVertex* block = ::new CZorVertex[capacity];
         for (int i = 0; i < old && i < capacity; ++i) block[i] = data_[i];
-        delete[] data_;
+        ::delete[] data_;
         data_ = block;
     }
     // Slots that come into use hold default segments, never stale ones. A fresh block holds
