@@ -403,26 +403,16 @@ ArcCircle circleOf(const CZorVertex& s, const ArcCircle* arc) {
     return a;
 }
 
-}  // namespace
-
-bool isPointOn(const CZorVertex& s, const ArcCircle* arc, const CZorPoint3d& p) {
-    if (p == s.start || p == s.end) return true;
-    if (s.bulge == 0.0) return g_line_pt(s.start, s.end, p);
-    const ArcCircle a = circleOf(s, arc);
-    return g_arc_pt(a.c, a.r, a.a1, a.a2, p);
-}
-
-bool intersectSegments(const CZorVertex& s, const ArcCircle* sArc, CZorPoint3dArray& out,
-                       const CZorVertex& v, const ArcCircle* vArc, unsigned int flags) {
-    if (&v == &s) return false;
-    const bool extended = (flags & 0x100) != 0;
-    CZorPoint3dArray pts;
+// The points where `s` and `v` meet, before any filter, into `pts` (emptied first).
+void meetingPoints(const CZorVertex& s, const ArcCircle* sArc, const CZorVertex& v,
+                   const ArcCircle* vArc, bool extended, CZorPoint3dArray& pts) {
+    pts.setLogicalLength(0);
     if (s.bulge == 0.0 && v.bulge == 0.0) {
         CZorPoint3d pt;
         if (inters(s.start, s.end, v.start, v.end, !extended, pt)) pts.append(pt);
     } else if (s.bulge == 0.0) {
-        // The arc always leads; the filters below still apply to this segment.
-        intersectSegments(v, vArc, pts, s, sArc, flags & 0x100);
+        // The arc always leads.
+        meetingPoints(v, vArc, s, sArc, extended, pts);
     } else if (v.bulge == 0.0) {
         const ArcCircle a = circleOf(s, sArc);
         if (extended) {
@@ -439,6 +429,24 @@ bool intersectSegments(const CZorVertex& s, const ArcCircle* sArc, CZorPoint3dAr
             g_aai(pts, a.c, a.r, a.a1, a.a2, b.c, b.r, b.a1, b.a2);
         }
     }
+}
+
+}  // namespace
+
+bool isPointOn(const CZorVertex& s, const ArcCircle* arc, const CZorPoint3d& p) {
+    if (p == s.start || p == s.end) return true;
+    if (s.bulge == 0.0) return g_line_pt(s.start, s.end, p);
+    const ArcCircle a = circleOf(s, arc);
+    return g_arc_pt(a.c, a.r, a.a1, a.a2, p);
+}
+
+bool intersectSegments(const CZorVertex& s, const ArcCircle* sArc, CZorPoint3dArray& out,
+                       const CZorVertex& v, const ArcCircle* vArc, unsigned int flags) {
+    if (&v == &s) return false;
+    // The searches of the kernel run this for every candidate pair: a list kept per thread
+    // spares them an allocation each time. Nothing called below comes back here.
+    thread_local CZorPoint3dArray pts;
+    meetingPoints(s, sArc, v, vArc, (flags & 0x100) != 0, pts);
     if ((flags & 0xFF) != 0) {
         // Filtered in place: the points kept move forward, in their order.
         int kept = 0;
