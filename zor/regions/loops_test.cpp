@@ -22,17 +22,14 @@ TEST(Loops, ChkAsksOnlyClosureOfTwoSegmentsAndDropsJointsByFlags) {
         EXPECT_EQ(ZOR::g_vl_chk(rect(0, 0, 1, 1), flags), flags != 0) << flags;
         EXPECT_FALSE(ZOR::g_vl_chk(bowTie, flags)) << flags;
     }
-    EXPECT_FALSE(ZOR::g_vl_chk(CZorVertexArray(L(0, 0, 1, 0)), 6));
+    EXPECT_FALSE(ZOR::g_vl_chk(chain({L(0, 0, 1, 0)}), 6));
     EXPECT_FALSE(ZOR::g_vl_chk(figureEight(), 6));
 }
 
 TEST(Loops, RunsCutAtGapsOnly) {
-    CZorVertexArray gap = rect(0, 0, 10, 10);
-    gap[1].start = P(10, 1);
-    CZorVertexArrayEx ex(gap);
-    ex.attrNumber = 3;
-    ex.attrText = L"t";
-    const VllEx runs = ZOR::g_vl_vll(ex);
+    Loop gap = rect(0, 0, 10, 10);
+    gap[1].start = P(10, 1);  // the pair last to first isn't looked at
+    const VllEx runs = ZOR::g_vl_vll(zor_g_xvl(gap, 3, L"t", CZorVector3d::kZAxis));
     ASSERT_EQ(runs.len(), 2u);
     EXPECT_EQ(runs[0].len(), 1);
     EXPECT_EQ(runs[1].len(), 3);
@@ -48,7 +45,7 @@ TEST(Loops, ToVllCutsFigureEightAndTurnsBehindTheGap) {
     EXPECT_TRUE(eight[0].isClosed() && eight[1].isClosed());
 
     // A gap between segments 1 and 2; the last end meets the first start.
-    CZorVertexArray l = chain({L(0, 0, 1, 0), L(1, 0, 2, 0), L(5, 0, 6, 0), L(6, 0, 0, 0)});
+    Loop l = chain({L(0, 0, 1, 0), L(1, 0, 2, 0), L(5, 0, 6, 0), L(6, 0, 0, 0)});
     l[0].tag = 9;
     const Vll pieces = ZOR::g_vl_to_vll(l);
     ASSERT_EQ(pieces.len(), 1u);
@@ -74,7 +71,7 @@ TEST(Loops, JoinChainsGreedily) {
 }
 
 TEST(Loops, Nodes) {
-    const CZorVertexArray triangle = chain({L(0, 0, 4, 0), L(4, 0, 0, 3), L(0, 3, 0, 0)});
+    const Loop triangle = chain({L(0, 0, 4, 0), L(4, 0, 0, 3), L(0, 3, 0, 0)});
     CZorMapTempl<CZorPoint3d, CZorArrayTempl<int>> out;
     ASSERT_TRUE(ZOR::g_vl_nodes(out, triangle, 2, 1e-5));
     ASSERT_EQ(out.len(), 3u);
@@ -86,26 +83,24 @@ TEST(Loops, Nodes) {
     EXPECT_TRUE(ZOR::g_vl_nodes(out, triangle, -2, 1e-5));
     EXPECT_EQ(out.len(), 3u);
 
-    const CZorVertexArray y = chain({L(0, 0, 1, 0), L(0, 0, -1, 1), L(0, 0, -1, -1)});
+    const Loop y = chain({L(0, 0, 1, 0), L(0, 0, -1, 1), L(0, 0, -1, -1)});
     EXPECT_FALSE(ZOR::g_vl_nodes(out, y, -2, 1e-5));
     ASSERT_TRUE(ZOR::g_vl_nodes(out, y, 3, 1e-5));
     ASSERT_EQ(out.len(), 1u);
     // The tolerance is scoped to the call; a coarser one merges ends 0.01 apart.
     const double before = CZorPoint3d::tol;
-    const CZorVertexArray nearly = chain({L(0, 0, 1, 0), L(1.01, 0, 2, 0)});
+    const Loop nearly = chain({L(0, 0, 1, 0), L(1.01, 0, 2, 0)});
     EXPECT_TRUE(ZOR::g_vl_nodes(out, nearly, 2, 0.1));
     EXPECT_FALSE(ZOR::g_vl_nodes(out, nearly, 2, 1e-5));
     EXPECT_EQ(CZorPoint3d::tol, before);
 }
 
 TEST(Loops, OrientAndPointAgainstRegion) {
-    Vll vll;
-    vll.append(rect(0, 0, 10, 10).reverse());
-    vll.append(CZorVertexArray(L(0, 0, 1, 0)).append(L(1, 0, 1, 1)));
-    const CZorVertexArray open = vll[1];
+    // Closed members turn counter-clockwise, open ones stay.
+    const Loop cw = rect(0, 0, 10, 10).reverse(), open = chain({L(0, 0, 1, 0), L(1, 0, 1, 1)});
+    Vll vll = Vll().append(cw).append(open);
     ZOR::setOrient(vll, CZorVector3d::kZAxis);
-    EXPECT_EQ(vll[0], rect(0, 0, 10, 10).reverse().revert());
-    EXPECT_EQ(vll[1], open);
+    EXPECT_EQ(vll, Vll().append(Loop(cw).revert()).append(open));
 
     // Inside, in the hole, on the hole, on the outer loop, outside; both forms alike.
     const Region r = region(rect(0, 0, 10, 10), rect(4, 4, 6, 6));
@@ -121,19 +116,18 @@ TEST(Loops, OrientAndPointAgainstRegion) {
 }
 
 TEST(Loops, PolylineWithinLoop) {
-    const CZorVertexArray sq = rect(0, 0, 10, 10);
-    EXPECT_TRUE(ZOR::g_vl_vl_inside(CZorVertexArray(L(1, 1, 9, 9)), sq));
-    EXPECT_TRUE(ZOR::g_vl_vl_inside(CZorVertexArray(L(0, 0, 10, 0)), sq));  // on the boundary
-    EXPECT_FALSE(ZOR::g_vl_vl_inside(CZorVertexArray(L(1, 1, 12, 9)), sq));
-    EXPECT_FALSE(ZOR::g_vl_vl_inside(CZorVertexArray(L(11, 1, 12, 9)), sq));
+    const Loop sq = rect(0, 0, 10, 10);
+    EXPECT_TRUE(ZOR::g_vl_vl_inside(chain({L(1, 1, 9, 9)}), sq));
+    EXPECT_TRUE(ZOR::g_vl_vl_inside(chain({L(0, 0, 10, 0)}), sq));  // on the boundary
+    EXPECT_FALSE(ZOR::g_vl_vl_inside(chain({L(1, 1, 12, 9)}), sq));
+    EXPECT_FALSE(ZOR::g_vl_vl_inside(chain({L(11, 1, 12, 9)}), sq));
     EXPECT_TRUE(ZOR::g_vl_vl_inside(CZorVertexArray(), sq));
-    CZorVertexArray open = sq;
-    open.remove(3, false);
-    EXPECT_FALSE(ZOR::g_vl_vl_inside(CZorVertexArray(L(0, 0, 10, 0)), open));
+    const Loop open = chain({sq[0], sq[1], sq[2]});
+    EXPECT_FALSE(ZOR::g_vl_vl_inside(chain({L(0, 0, 10, 0)}), open));
     // A notch reaching out of an L-shaped loop between two inside points.
-    const CZorVertexArray ell = chain({L(0, 0, 10, 0), L(10, 0, 10, 4), L(10, 4, 4, 4),
-                                       L(4, 4, 4, 10), L(4, 10, 0, 10), L(0, 10, 0, 0)});
-    EXPECT_FALSE(ZOR::g_vl_vl_inside(CZorVertexArray(L(2, 8, 8, 2)), ell));
+    const Loop ell = chain({L(0, 0, 10, 0), L(10, 0, 10, 4), L(10, 4, 4, 4), L(4, 4, 4, 10),
+                            L(4, 10, 0, 10), L(0, 10, 0, 0)});
+    EXPECT_FALSE(ZOR::g_vl_vl_inside(chain({L(2, 8, 8, 2)}), ell));
 }
 
 TEST(Loops, Conversions) {

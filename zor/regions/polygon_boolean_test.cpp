@@ -42,12 +42,19 @@ TEST(PolygonBoolean, Figures) {
     };
     for (const auto& c : cases) {
         const Outcome* expected[] = {&c.uni, &c.diff, &c.sect};
+        const CZorVertexArrayEx xa = zor_g_xvl(sq, 3, L"t", CZorVector3d::kXAxis);
+        const CZorVertexArrayEx xb = zor_g_xvl(c.b, 3, L"t", CZorVector3d::kXAxis);
         for (const CZorVertexArray::boolOper op :
              {CZorVertexArray::boolUnion, CZorVertexArray::boolDiff, CZorVertexArray::boolSect}) {
             SCOPED_TRACE(std::string(c.name) + " op " + std::to_string(op));
             const Outcome& e = *expected[op];
             const CZorVertexArray r = g_vl_bool(sq, c.b, op);
             EXPECT_EQ(r.len(), e.segments);
+            // The Ex form picks the same segments into a fresh polyline, whatever the operands.
+            const CZorVertexArrayEx x = g_vl_bool(xa, xb, op);
+            EXPECT_EQ(static_cast<const CZorVertexArray&>(x), r);
+            EXPECT_TRUE(x.attrNumber == 0 && x.attrText.isNull());
+            EXPECT_TRUE(x.normal() == CZorVector3d::kZAxis);
             const Vll chains = ZOR::g_vl_vll(r);
             EXPECT_EQ(static_cast<int>(chains.len()), e.chains);
             if (std::isnan(e.area)) {
@@ -59,18 +66,6 @@ TEST(PolygonBoolean, Figures) {
         }
     }
     EXPECT_EQ(g_vl_bool(sq, rect(4, 4, 6, 6), static_cast<CZorVertexArray::boolOper>(7)).len(), 0);
-}
-
-TEST(PolygonBoolean, ResultCarriesNoAttributesAndTheDefaultNormal) {
-    CZorVertexArrayEx a(rect(0, 0, 10, 10)), b(rect(5, 5, 15, 15));
-    a.attrNumber = b.attrNumber = 3;
-    a.attrText = b.attrText = L"t";
-    a.setNormal(CZorVector3d::kXAxis);
-    const CZorVertexArrayEx r = g_vl_bool(a, b, CZorVertexArray::boolUnion);
-    EXPECT_EQ(r.len(), 8);
-    EXPECT_EQ(r.attrNumber, 0);
-    EXPECT_TRUE(r.attrText.isNull());
-    EXPECT_TRUE(r.normal() == CZorVector3d::kZAxis);
 }
 
 TEST(PolygonBoolean, TrimToLoop) {

@@ -54,12 +54,6 @@ Region randomRegion(std::mt19937& rng, double cx, double cy) {
 }
 
 TEST(RegionProperty, SetIdentitiesOnRandomOverlappingRegions) {
-    // The measure itself: a circle of two half arcs, and a square with one side bent outwards
-    // into a half circle.
-    EXPECT_NEAR(exactArea(circle(3.0, 4.0, 2.0)), 4.0 * M_PI, 1e-12);
-    Loop d = rect(0, 0, 2, 2);
-    d[1].bulge = 1.0;
-    EXPECT_NEAR(exactArea(d), 4.0 + 0.5 * M_PI, 1e-12);
     std::mt19937 rng(2024);
     std::uniform_real_distribution<double> unit(0.0, 1.0);
     int overlapping = 0;
@@ -70,10 +64,9 @@ TEST(RegionProperty, SetIdentitiesOnRandomOverlappingRegions) {
         const Region b = randomRegion(rng, dist * std::cos(dir), dist * std::sin(dir));
 
         Regions uni, sect, diff;
-        const bool u = ZOR::g_region_union(a, b, uni);
+        ASSERT_TRUE(ZOR::g_region_union(a, b, uni)) << "round " << round;
         ZOR::g_region_sect(a, b, sect);
         ZOR::g_region_diff(a, b, diff);
-        ASSERT_TRUE(u) << "round " << round;
         ASSERT_TRUE(atRest(uni) && atRest(sect) && atRest(diff)) << "round " << round;
 
         const double areaA = exactArea(a), areaB = exactArea(b), areaSect = exactArea(sect);
