@@ -2,10 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
-#include <memory>
-#include <string>
+#include <utility>
 
 #include "zor/environment/test_support.h"
 
@@ -13,106 +14,101 @@ namespace ZOR {
 namespace {
 
 using testing::ScopedEnv;
+using Fields = std::array<int, 6>;  // year, month, day, hour, minute, second
 
-// A fixed zone (one hour east of GMT, with summer time) for the length of a test.
-class ZoneTest : public ::testing::Test {
-  protected:
-    explicit ZoneTest(const char* zone = "CET-1CEST,M3.5.0,M10.5.0/3")
-        : zone_(std::make_unique<ScopedEnv>("TZ", zone)) {
-        ::tzset();
-    }
-    ~ZoneTest() override {
-        zone_.reset();
+Fields fields(const CDateTime& d) {
+    return {d.year(), d.month(), d.day(), d.hour(), d.minute(), d.second()};
+}
+Fields fields(const tm& t) {
+    return {t.tm_year, t.tm_mon, t.tm_mday, t.tm_hour, t.tm_min, t.tm_sec};
+}
+Fields fields(const SYSTEMTIME& st) {
+    return {st.wYear, st.wMonth, st.wDay, st.wHour, st.wMinute, st.wSecond};
+}
+
+// A local date through the setters, largest field first.
+CDateTime at(const Fields& f) {
+    CDateTime d;
+    EXPECT_TRUE(d.setYear(f[0]) && d.setMonth(f[1]) && d.setDay(f[2]) && d.setHour(f[3]) &&
+                d.setMinute(f[4]) && d.setSecond(f[5]));
+    return d;
+}
+
+// A fixed zone for the scope, by default one hour east of GMT with summer time. The runtime
+// rereads TZ on the way in, and on the way out once the old value is back.
+class ScopedZone {
+  public:
+    explicit ScopedZone(const char* zone = "CET-1CEST,M3.5.0,M10.5.0/3") : zone_("TZ", zone) {
         ::tzset();
     }
 
   private:
-    std::unique_ptr<ScopedEnv> zone_;
+    struct Reread {
+        ~Reread() { ::tzset(); }
+    } reread_;
+    ScopedEnv zone_;
 };
 
-class GmtZoneTest : public ZoneTest {
-  protected:
-    GmtZoneTest() : ZoneTest("UTC0") {}
-};
-
-TEST(CDateTime, DefaultAndSetterRanges) {
+TEST(CDateTime, SettersRefuseOutOfRangeValuesAndMonthAndDayCheckEachOther) {
     CDateTime d;
-    EXPECT_EQ(d.year(), 1970);
-    EXPECT_EQ(d.month(), 1);
-    EXPECT_EQ(d.day(), 1);
-    EXPECT_EQ(d.hour(), 0);
+    const Fields start{1970, 1, 1, 0, 0, 0};
+    EXPECT_EQ(fields(d), start);
     EXPECT_FALSE(d.isGMT());
-    EXPECT_FALSE(d.setYear(1969));
-    EXPECT_FALSE(d.setMonth(13));
-    EXPECT_FALSE(d.setMonth(0));
-    EXPECT_FALSE(d.setHour(24));
-    EXPECT_FALSE(d.setHour(-1));
-    EXPECT_FALSE(d.setMinute(60));
+    using Setter = bool (CDateTime::*)(int);
+    const std::pair<Setter, int> refused[] = {
+        {&CDateTime::setYear, 1969}, {&CDateTime::setYear, 1900}, {&CDateTime::setMonth, 0},
+        {&CDateTime::setMonth, 13},  {&CDateTime::setDay, 0},     {&CDateTime::setDay, 32},
+        {&CDateTime::setHour, -1},   {&CDateTime::setHour, 24},   {&CDateTime::setMinute, -1},
+        {&CDateTime::setMinute, 60}, {&CDateTime::setSecond, -1}, {&CDateTime::setSecond, 60}};
+    for (const auto& [set, value] : refused) {
+        EXPECT_FALSE((d.*set)(value)) << value;
+        EXPECT_EQ(fields(d), start);
+    }
     EXPECT_TRUE(d.setSecond(59));
-    EXPECT_FALSE(d.setSecond(60));
-    EXPECT_EQ(d.year(), 1970);
-    EXPECT_EQ(d.hour(), 0);
-    EXPECT_EQ(d.second(), 59);
-}
-
-TEST(CDateTime, MonthAndDayCheckEachOther) {
-    CDateTime d;
+    // Month and day check each other by the Gregorian length of the month.
     ASSERT_TRUE(d.setDay(31));
     EXPECT_FALSE(d.setMonth(2));
     EXPECT_EQ(d.month(), 1);
-    EXPECT_TRUE(d.setDay(28));
-    EXPECT_TRUE(d.setMonth(2));
-    EXPECT_TRUE(d.setYear(2000));
+    EXPECT_TRUE(d.setDay(28) && d.setMonth(2) && d.setYear(2000));
     EXPECT_TRUE(d.setDay(29));  // divisible by 400
-    EXPECT_FALSE(d.setYear(1900));
     EXPECT_TRUE(d.setYear(2100));
     EXPECT_FALSE(d.setDay(30));
     ASSERT_TRUE(d.setDay(28));
     EXPECT_FALSE(d.setDay(29));  // divisible by 100 only
-    EXPECT_TRUE(d.setYear(2024));
-    EXPECT_TRUE(d.setDay(29));
-    EXPECT_FALSE(d.setDay(0));
+    EXPECT_TRUE(d.setYear(2024) && d.setDay(29));
+    EXPECT_EQ(fields(d), (Fields{2024, 2, 29, 0, 0, 59}));
 }
 
-TEST_F(ZoneTest, ZoneConversionsFollowTheLocalRules) {
-    CDateTime d;
-    d.setYear(2017);
-    d.setMonth(7);
-    d.setDay(1);
-    d.setHour(1);
+TEST(CDateTime, ZoneConversionsFollowTheLocalRules) {
+    ScopedZone zone;
+    const CDateTime d = at({2017, 7, 1, 1, 0, 0});
     const CDateTime g = d.toGMT();  // summer: two hours behind, on the day before
     EXPECT_TRUE(g.isGMT());
-    EXPECT_EQ(g.day(), 30);
-    EXPECT_EQ(g.month(), 6);
-    EXPECT_EQ(g.hour(), 23);
-    EXPECT_EQ(g.toGMT().hour(), 23);  // already GMT: a copy
+    EXPECT_EQ(fields(g), (Fields{2017, 6, 30, 23, 0, 0}));
+    EXPECT_EQ(fields(g.toGMT()), fields(g));  // already GMT: a copy
     const CDateTime back = g.toLocal();
     EXPECT_FALSE(back.isGMT());
-    EXPECT_EQ(back.day(), 1);
-    EXPECT_EQ(back.hour(), 1);
-    EXPECT_EQ(d.time(), g.time());
+    EXPECT_EQ(fields(back), fields(d));
+    EXPECT_EQ(g.time(), 1498863600);
     EXPECT_EQ(static_cast<std::int64_t>(d), 1498863600);
 
     CDateTime winter;
     winter.setGMT(true);
     winter = std::int64_t{0};
-    EXPECT_EQ(winter.hour(), 0);
     EXPECT_EQ(winter.toLocal().hour(), 1);
     winter.setGMT(false);  // the flag alone: the fields stay
     EXPECT_EQ(winter.hour(), 0);
     EXPECT_EQ(winter.time(), 0);  // 00:00 local is before 1970 in this zone: not expressible
-}
 
-TEST_F(ZoneTest, NowInBothSenses) {
     const std::int64_t before = ::time(nullptr);
-    const CDateTime local = CDateTime::now(false);
-    const CDateTime gmt = CDateTime::now(true);
-    EXPECT_TRUE(gmt.isGMT());
-    EXPECT_NEAR(static_cast<double>(local.time()), static_cast<double>(before), 2.0);
-    EXPECT_NEAR(static_cast<double>(gmt.time()), static_cast<double>(before), 2.0);
+    for (bool gmt : {false, true}) {
+        const CDateTime now = CDateTime::now(gmt);
+        EXPECT_EQ(now.isGMT(), gmt);
+        EXPECT_LE(std::llabs(now.time() - before), 2);
+    }
 }
 
-TEST(CDateTimeStatics, NullRecordsAndNegativeTimes) {
+TEST(CDateTime, StaticConversionsRefuseNullRecordsAndTimesOutOfRange) {
     SYSTEMTIME st{};
     tm t{};
     std::int64_t when = 77;
@@ -134,16 +130,14 @@ TEST(CDateTimeStatics, NullRecordsAndNegativeTimes) {
     kept = std::int64_t{-5000000000000};
     EXPECT_EQ(kept.year(), 1970);
     ASSERT_TRUE(CDateTime::timeToSystemTime(&st, 86400 + 3661, false));
-    EXPECT_EQ(st.wYear, 1970);
-    EXPECT_EQ(st.wDay, 2);
+    EXPECT_EQ(fields(st), (Fields{1970, 1, 2, 1, 1, 1}));
     EXPECT_EQ(st.wDayOfWeek, 5);  // a Friday
-    EXPECT_EQ(st.wHour, 1);
-    EXPECT_EQ(st.wSecond, 1);
     EXPECT_TRUE(CDateTime::systemTimeToTime(when, &st, false));
     EXPECT_EQ(when, 86400 + 3661);
 }
 
-TEST(DateNumber, RoundTripAndRefusals) {
+TEST(DateNumber, RoundTripLocalTimesAndRefusals) {
+    ScopedZone zone;
     tm t{};
     t.tm_year = 117;
     t.tm_mon = 2;
@@ -156,53 +150,36 @@ TEST(DateNumber, RoundTripAndRefusals) {
     EXPECT_EQ(date, 20170331.140509);
     tm back{};
     ASSERT_TRUE(acadCDateToTm(&back, date));
-    EXPECT_EQ(back.tm_year, 117);
-    EXPECT_EQ(back.tm_mon, 2);
-    EXPECT_EQ(back.tm_mday, 31);
-    EXPECT_EQ(back.tm_hour, 14);
-    EXPECT_EQ(back.tm_min, 5);
-    EXPECT_EQ(back.tm_sec, 9);
-    EXPECT_FALSE(acadCDateToTm(&back, 19000100.0));  // no month
-    EXPECT_FALSE(acadCDateToTm(&back, std::numeric_limits<double>::quiet_NaN()));
-    EXPECT_FALSE(acadCDateToTm(&back, 100000000.0));
-    EXPECT_FALSE(acadCDateToTm(&back, 19000100.99));
+    EXPECT_EQ(fields(back), fields(t));
+    // Fields that overflow are normalised: 31 June is 1 July.
+    ASSERT_TRUE(acadCDateToTm(&back, 20170631.120000));
+    EXPECT_EQ(fields(back), (Fields{117, 6, 1, 12, 0, 0}));
+    for (double refused : {19000100.0, 19000100.99, 100000000.0,  // no month, or above the range
+                           std::numeric_limits<double>::quiet_NaN()}) {
+        EXPECT_FALSE(acadCDateToTm(&back, refused)) << refused;
+    }
     EXPECT_FALSE(acadCDateToTm(nullptr, date));
     EXPECT_FALSE(tmToAcadCDate(date, nullptr));
+
+    ASSERT_TRUE(timeToAcadCDate(date, 0));
+    EXPECT_EQ(date, 19700101.010000);
     std::int64_t when = 5;
     EXPECT_FALSE(acadCDateToTime(when, 1.0));
     EXPECT_EQ(when, 5);
-}
-
-TEST_F(ZoneTest, DateNumberOfTimesIsLocal) {
-    double date = 0;
-    ASSERT_TRUE(timeToAcadCDate(date, 0));
-    EXPECT_EQ(date, 19700101.010000);
-    std::int64_t when = 0;
     ASSERT_TRUE(acadCDateToTime(when, 20170701.010000));
     EXPECT_EQ(when, 1498863600);
-    // Fields that overflow are normalised: 31 June is 1 July.
-    tm t{};
-    ASSERT_TRUE(acadCDateToTm(&t, 20170631.120000));
-    EXPECT_EQ(t.tm_mon, 6);
-    EXPECT_EQ(t.tm_mday, 1);
 }
 
-TEST_F(GmtZoneTest, DateTextInLocaleFormsWithGmtMark) {
+TEST(DateText, LocaleFormsWithGmtMark) {
+    ScopedZone zone("UTC0");
     ScopedEnv all("LC_ALL", "C");
-    CDateTime d;
-    d.setYear(2017);
-    d.setMonth(3);
-    d.setDay(31);
-    d.setHour(14);
-    d.setMinute(5);
-    d.setSecond(9);
+    CDateTime d = at({2017, 3, 31, 14, 5, 9});
     CZorString out;
     EXPECT_STREQ(dateTime(out, d, false), L"03/31/17 14:05:09");
     EXPECT_STREQ(out, L"03/31/17 14:05:09");
     EXPECT_STREQ(dateTime(out, d, true), L"Friday, 31 March 2017 14:05:09");
     d.setGMT(true);
-    const std::wstring text = dateTime(out, d, false);
-    EXPECT_EQ(text, L"03/31/17 14:05:09 GMT");
+    EXPECT_STREQ(dateTime(out, d, false), L"03/31/17 14:05:09 GMT");
     EXPECT_STREQ(dateTime(out, std::int64_t{0}, false), L"01/01/70 00:00:00");
 }
 

@@ -4,10 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <string>
 
-#include "zor/environment/native_text.h"
 #include "zor/environment/test_support.h"
 
 namespace ZOR {
@@ -15,108 +13,39 @@ namespace {
 
 using testing::ScopedEnv;
 using testing::TempDir;
+using testing::wide;
+using testing::writeFile;
 
-std::wstring wide(const std::string& s) {
-    return detail::fromUtf8(s);
-}
-
-void touch(const std::string& path) {
-    if (FILE* f = std::fopen(path.c_str(), "w")) std::fclose(f);
-}
-
-CZorString cwd() {
+std::wstring cwd() {
     CZorString dir;
     GetCurrentDirectoryW(dir);
-    return dir;
+    return std::wstring(dir);
 }
 
-TEST(PathSplitting, PartsOfAPath) {
+TEST(PathText, PartsOfAPathAndNamesBuiltFromThem) {
     EXPECT_STREQ(fileType(L"a.b.c"), L"c");
     EXPECT_TRUE(fileType(L"abc").isNull());
     EXPECT_TRUE(fileType(L"dir.x\\abc").isNull());
-    EXPECT_TRUE(fileType(nullptr).isNull());
     EXPECT_STREQ(filePath(L"c:\\x\\y.txt"), L"c:\\x\\");
     EXPECT_STREQ(stripPath(L"c:\\x\\y.txt"), L"y.txt");
     EXPECT_STREQ(filePath(L"/x/y/z.txt"), L"/x/y/");
     EXPECT_STREQ(filePath(L"d:name"), L"d:");
     EXPECT_STREQ(stripPath(L"a/b\\c.d"), L"c.d");
     EXPECT_STREQ(filePath(L"name"), L"");
-    EXPECT_TRUE(filePath(nullptr).isNull());
-    EXPECT_TRUE(stripPath(nullptr).isNull());
-}
+    EXPECT_TRUE(fileType(nullptr).isNull() && filePath(nullptr).isNull() &&
+                stripPath(nullptr).isNull());
 
-TEST(PathSplitting, DosNameGivesBackslashesThenExpands) {
-    CZorString plain(L"a/b");
-    EXPECT_STREQ(dos_name(plain), L"a\\b");
-    // Expansion comes second, so the value keeps its own separators.
-    ScopedEnv var("ZOR_TEST_DIR", "/data");
-    CZorString path(L"%ZOR_TEST_DIR%/a/b\\c");
-    EXPECT_STREQ(dos_name(path), L"/data\\a\\b\\c");
-    EXPECT_STREQ(path, L"/data\\a\\b\\c");
-}
-
-TEST(PathSplitting, ReleaseStampedNames) {
     CZorString out;
     generateMenuFileName(out, L"menu", L"mnu");
     EXPECT_STREQ(out, L"menu_2017_19.mnu");
     EXPECT_TRUE(appFileName(out, L"app", L"ui", L"cfg"));
     EXPECT_STREQ(out, L"app_2017_19_64_ui.cfg");
-}
 
-class FilesTest : public ::testing::Test {
-  protected:
-    TempDir dir_;
-    ScopedEnv temp_{"TEMP", dir_.path().c_str()};
-};
-
-TEST_F(FilesTest, ScratchFolderAndTemporaryNames) {
-    const CZorString dir = tmp_dir();
-    EXPECT_EQ(std::wstring(dir), wide(dir_.path() + "/ZORWERK/"));
-    struct stat st {};
-    EXPECT_EQ(::stat((dir_.path() + "/ZORWERK").c_str(), &st), 0);
-    EXPECT_TRUE(S_ISDIR(st.st_mode));
-
-    const CZorString a = fileNameTmp(L"dat");
-    const CZorString b = fileNameTmp(L"dat");
-    EXPECT_FALSE(a == b);
-    EXPECT_EQ(std::wstring(a).rfind(std::wstring(dir), 0), 0u);
-    EXPECT_EQ(std::wstring(a).substr(a.len() - 4), L".dat");
-    EXPECT_EQ(std::wstring(fileNameTmp(nullptr)).substr(dir.len()).find(L".tmp"), 12u);
-    EXPECT_EQ(std::wstring(fileNameTmp(L"")).substr(dir.len(), 4), L"tmp_");
-
-    // Names that exist are passed over: occupy the next two and get the third.
-    const std::wstring first(fileNameTmp(L"x"));
-    const unsigned long counter = std::stoul(first.substr(dir.len() + 4, 8), nullptr, 16);
-    auto nameAt = [&](unsigned long n) {
-        CZorString name;
-        name.format(L"%stmp_%x.x", static_cast<const wchar_t*>(dir), static_cast<unsigned>(n));
-        return std::wstring(name);
-    };
-    touch(detail::toUtf8(nameAt(counter + 1)));
-    touch(detail::toUtf8(nameAt(counter + 2)));
-    EXPECT_EQ(std::wstring(fileNameTmp(L"x")), nameAt(counter + 3));
-}
-
-TEST_F(FilesTest, ExistenceIgnoresDriveAndAcceptsBackslashes) {
-    touch(dir_.path() + "/f.txt");
-    EXPECT_TRUE(fileExist(wide("c:" + dir_.path() + "\\f.txt").c_str()));
-    EXPECT_TRUE(fileExist(wide(dir_.path()).c_str()));
-    EXPECT_FALSE(fileExist(wide(dir_.path() + "/g.txt").c_str()));
-    EXPECT_FALSE(fileExist(nullptr));
-}
-
-TEST_F(FilesTest, NetworkForm) {
-    CZorString out(L"untouched");
-    EXPECT_FALSE(fileNameUNC(out, L"\\\\server\\share", true));
-    EXPECT_FALSE(fileNameUNC(out, L"//server/share", true));
-    EXPECT_FALSE(fileNameUNC(out, nullptr, true));
-    EXPECT_FALSE(fileNameUNC(out, L"/local/file", false));
-    EXPECT_STREQ(out, L"untouched");
-    EXPECT_TRUE(fileNameUNC(out, L"c:\\local\\.\\x\\..\\file", true));
-    EXPECT_STREQ(out, L"\\\\.\\/local/file");
-    CWorkDirOverride scope(wide(dir_.path()).c_str());
-    EXPECT_TRUE(fileNameUNC(out, L"rel", true));
-    EXPECT_EQ(std::wstring(out), L"\\\\.\\" + wide(dir_.path()) + L"/rel");
+    // Expansion comes after the separators turn, so the value keeps its own.
+    ScopedEnv var("ZOR_TEST_DIR", "/data");
+    CZorString path(L"%ZOR_TEST_DIR%/a/b\\c");
+    EXPECT_STREQ(dos_name(path), L"/data\\a\\b\\c");
+    EXPECT_STREQ(path, L"/data\\a\\b\\c");
 }
 
 TEST(NetworkForm, MountSourceAndPathBehindMountPoint) {
@@ -134,88 +63,127 @@ TEST(NetworkForm, MountSourceAndPathBehindMountPoint) {
     EXPECT_EQ(detail::remoteName("garbage line\n\n", "/x"), "");
 }
 
-class FileDirTest : public FilesTest {
+// A scratch folder as TEMP, holding files, folders, hidden entries and a link to a folder.
+class FilesTest : public ::testing::Test {
   protected:
-    FileDirTest() {
+    FilesTest() {
         for (const char* name : {"b.txt", "A.TXT", "a1.txt", "a.txt.bak", ".hidden", "noext"})
-            touch(dir_.path() + "/" + name);
+            writeFile(dir_.path() + "/" + name);
         ::mkdir((dir_.path() + "/sub").c_str(), 0755);
         ::mkdir((dir_.path() + "/.git").c_str(), 0755);
         ::symlink((dir_.path() + "/sub").c_str(), (dir_.path() + "/linked").c_str());
     }
 
-    CZorArrayTempl<CZorString> list(const std::string& mask, unsigned long flags) {
+    // The sorted listing joined by "|".
+    static std::wstring listed(const std::string& mask, unsigned long flags) {
         CZorArrayTempl<CZorString> names;
         EXPECT_TRUE(fileDir(names, wide(mask).c_str(), flags)) << mask;
-        return names;
-    }
-
-    static std::wstring joined(const CZorArrayTempl<CZorString>& names) {
         std::wstring all;
         for (std::uint32_t i = 0; i < names.len(); ++i)
             all += std::wstring(names[static_cast<int>(i)]) + L"|";
         return all;
     }
+
+    TempDir dir_;
+    ScopedEnv temp_{"TEMP", dir_.path().c_str()};
 };
 
-TEST_F(FileDirTest, FilesSortedWithDotFirst) {
-    EXPECT_EQ(joined(list(dir_.path() + "\\", 0)), L".hidden|A.TXT|a.txt.bak|a1.txt|b.txt|noext|");
-    EXPECT_EQ(joined(list(dir_.path() + "/*.txt", 0)), L"A.TXT|a1.txt|b.txt|");
-    EXPECT_EQ(joined(list(dir_.path() + "/*.*", kFileDirSkipHidden | kFileDirNoExtension)),
-              L"A|a.txt|a1|b|noext|");
+TEST_F(FilesTest, ScratchFolderAndTemporaryNames) {
+    const CZorString dir = tmp_dir();
+    EXPECT_EQ(std::wstring(dir), wide(dir_.path() + "/ZORWERK/"));
+    struct stat st {};
+    EXPECT_TRUE(::stat((dir_.path() + "/ZORWERK").c_str(), &st) == 0 && S_ISDIR(st.st_mode));
+
+    const std::wstring a(fileNameTmp(L"dat"));
+    EXPECT_NE(a, std::wstring(fileNameTmp(L"dat")));
+    EXPECT_EQ(a.rfind(std::wstring(dir), 0), 0u);
+    EXPECT_EQ(a.substr(a.size() - 4), L".dat");
+    EXPECT_EQ(std::wstring(fileNameTmp(nullptr)).substr(dir.len()).find(L".tmp"), 12u);
+    EXPECT_EQ(std::wstring(fileNameTmp(L"")).substr(dir.len(), 4), L"tmp_");
+
+    // Names that exist are passed over: occupy the next two and get the third.
+    const std::wstring first(fileNameTmp(L"x"));
+    const unsigned long counter = std::stoul(first.substr(dir.len() + 4, 8), nullptr, 16);
+    auto nameAt = [&](unsigned long n) {
+        CZorString name;
+        name.format(L"%stmp_%x.x", static_cast<const wchar_t*>(dir), static_cast<unsigned>(n));
+        return std::wstring(name);
+    };
+    writeFile(detail::toUtf8(nameAt(counter + 1)));
+    writeFile(detail::toUtf8(nameAt(counter + 2)));
+    EXPECT_EQ(std::wstring(fileNameTmp(L"x")), nameAt(counter + 3));
 }
 
-TEST_F(FileDirTest, FoldersLeaveOutDotsAndLinks) {
-    EXPECT_EQ(joined(list(dir_.path() + "/", kFileDirFolders)), L".git|sub|");
-    EXPECT_EQ(joined(list(dir_.path() + "/*", kFileDirFolders | kFileDirSkipHidden)), L"sub|");
-    // A mask ending in "." looks into that folder.
-    CWorkDirOverride scope(wide(dir_.path() + "/sub").c_str());
-    EXPECT_EQ(joined(list("..", kFileDirFolders | kFileDirSkipHidden)), L"sub|");
-}
+TEST_F(FilesTest, ExistenceAndNetworkFormIgnoreDriveAndAcceptBackslashes) {
+    EXPECT_TRUE(fileExist(wide("c:" + dir_.path() + "\\b.txt").c_str()));
+    EXPECT_TRUE(fileExist(wide(dir_.path()).c_str()));
+    EXPECT_FALSE(fileExist(wide(dir_.path() + "/g.txt").c_str()));
+    EXPECT_FALSE(fileExist(nullptr));
 
-TEST_F(FileDirTest, PrefixIsTheFullFolder) {
+    CZorString out(L"untouched");
+    EXPECT_FALSE(fileNameUNC(out, L"\\\\server\\share", true));  // network forms already
+    EXPECT_FALSE(fileNameUNC(out, L"//server/share", true));
+    EXPECT_FALSE(fileNameUNC(out, nullptr, true));
+    EXPECT_FALSE(fileNameUNC(out, L"/local/file", false));
+    EXPECT_STREQ(out, L"untouched");
+    EXPECT_TRUE(fileNameUNC(out, L"c:\\local\\.\\x\\..\\file", true));
+    EXPECT_STREQ(out, L"\\\\.\\/local/file");
     CWorkDirOverride scope(wide(dir_.path()).c_str());
-    const std::wstring prefix = wide(dir_.path()) + L"/";
-    EXPECT_EQ(joined(list("b.*", kFileDirWithPath)), prefix + L"b.txt|");
-    EXPECT_EQ(joined(list("sub/../b.txt", kFileDirWithPath)), prefix + L"b.txt|");
-    // A bare drive lists the working directory.
-    EXPECT_EQ(
-        joined(list("c:", kFileDirWithPath | kFileDirSkipHidden)).substr(0, prefix.size() + 5),
-        prefix + L"A.TXT");
+    EXPECT_TRUE(fileNameUNC(out, L"rel", true));
+    EXPECT_EQ(std::wstring(out), L"\\\\.\\" + wide(dir_.path()) + L"/rel");
 }
 
-TEST_F(FileDirTest, NothingFoundLeavesTheList) {
+TEST_F(FilesTest, ListingsSortWithDotFirstAndLeaveOutWhatTheFlagsExclude) {
+    const std::string dir = dir_.path();
+    EXPECT_EQ(listed(dir + "\\", 0), L".hidden|A.TXT|a.txt.bak|a1.txt|b.txt|noext|");
+    EXPECT_EQ(listed(dir + "/*.txt", 0), L"A.TXT|a1.txt|b.txt|");
+    EXPECT_EQ(listed(dir + "/*.*", kFileDirSkipHidden | kFileDirNoExtension),
+              L"A|a.txt|a1|b|noext|");
+    // Folders without "." and ".." and without links.
+    EXPECT_EQ(listed(dir + "/", kFileDirFolders), L".git|sub|");
+    EXPECT_EQ(listed(dir + "/*", kFileDirFolders | kFileDirSkipHidden), L"sub|");
+    {
+        // A mask ending in "." looks into that folder.
+        CWorkDirOverride scope(wide(dir + "/sub").c_str());
+        EXPECT_EQ(listed("..", kFileDirFolders | kFileDirSkipHidden), L"sub|");
+    }
+    // The prefix is the full folder of the mask, or the working directory for a bare drive.
+    CWorkDirOverride scope(wide(dir).c_str());
+    const std::wstring prefix = wide(dir) + L"/";
+    EXPECT_EQ(listed("b.*", kFileDirWithPath), prefix + L"b.txt|");
+    EXPECT_EQ(listed("sub/../b.txt", kFileDirWithPath), prefix + L"b.txt|");
+    EXPECT_EQ(listed("c:", kFileDirWithPath | kFileDirSkipHidden).substr(0, prefix.size() + 5),
+              prefix + L"A.TXT");
+
     CZorArrayTempl<CZorString> names;
     names.append(CZorString(L"keep"));
-    EXPECT_FALSE(fileDir(names, wide(dir_.path() + "/*.none").c_str(), 0));
-    EXPECT_FALSE(fileDir(names, wide(dir_.path() + "/missing/*.*").c_str(), 0));
-    EXPECT_FALSE(fileDir(names, wide(dir_.path() + "/sub/").c_str(), 0));  // empty folder
-    EXPECT_FALSE(fileDir(names, L"", 0));
+    // Nothing matches, no such folder, an empty folder, an empty mask.
+    for (const std::string& mask :
+         {dir + "/*.none", dir + "/missing/*.*", dir + "/sub/", std::string()})
+        EXPECT_FALSE(fileDir(names, wide(mask).c_str(), 0)) << mask;
     ASSERT_EQ(names.len(), 1u);
     EXPECT_STREQ(names[0], L"keep");
 }
 
-TEST_F(FilesTest, WorkDirScopesRestore) {
-    const CZorString start = cwd();
+TEST_F(FilesTest, WorkDirScopesRestoreAndOverLongDirectoryIsRefused) {
+    const std::wstring start = cwd();
     {
         CWorkDirOverride scope(wide(dir_.path()).c_str());
-        EXPECT_EQ(std::wstring(cwd()), wide(dir_.path()));
+        EXPECT_EQ(cwd(), wide(dir_.path()));
         {
             CWorkDirOverride inner(L"/");
-            EXPECT_STREQ(cwd(), L"/");
+            EXPECT_EQ(cwd(), L"/");
         }
-        EXPECT_EQ(std::wstring(cwd()), wide(dir_.path()));
+        EXPECT_EQ(cwd(), wide(dir_.path()));
     }
-    EXPECT_STREQ(cwd(), start);
+    EXPECT_EQ(cwd(), start);
     {
         CWorkDirOverride missing(L"/no/such/folder");
-        EXPECT_STREQ(cwd(), start);
+        EXPECT_EQ(cwd(), start);
         ::chdir(dir_.path().c_str());
     }
-    EXPECT_STREQ(cwd(), start);
-}
+    EXPECT_EQ(cwd(), start);
 
-TEST_F(FilesTest, OverLongWorkingDirectoryIsRefused) {
     std::string deep = dir_.path();
     while (deep.size() < 300) {
         deep += "/" + std::string(40, 'd');

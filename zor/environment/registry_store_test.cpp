@@ -11,14 +11,8 @@
 namespace ZOR {
 namespace {
 
+using testing::RegistryTest;
 using testing::ScopedEnv;
-using testing::TempDir;
-
-class RegistryStoreTest : public ::testing::Test {
-  protected:
-    TempDir dir_;
-    ScopedEnv registryDir_{"ZOR_REGISTRY_DIR", dir_.path().c_str()};
-};
 
 long setText(HKEY key, const wchar_t* name, const wchar_t* text) {
     return regSetValue(key, name, REG_SZ, reinterpret_cast<const unsigned char*>(text),
@@ -40,37 +34,31 @@ TEST(RegistryStoreLocation, FolderFollowsEnvironment) {
     EXPECT_EQ(detail::hiveFile(HKEY_LOCAL_MACHINE), "/r/machine.db");
 }
 
-TEST_F(RegistryStoreTest, CreateMakesWholePathAndKeysIgnoreCase) {
+TEST_F(RegistryTest, CreateMakesWholePathKeysIgnoreCaseAndSmallBuffersLearnTheSize) {
     HKEY key = nullptr;
     ASSERT_EQ(regCreateKey(HKEY_CURRENT_USER, L"Soft\\\\Zor\\App\\", &key), ERROR_SUCCESS);
-    EXPECT_EQ(setText(key, L"Name", L"value"), ERROR_SUCCESS);
+    ASSERT_EQ(setText(key, L"", L"default value"), ERROR_SUCCESS);
+    ASSERT_EQ(setText(key, L"Name", L"value"), ERROR_SUCCESS);
     regCloseKey(key);
 
     HKEY parent = nullptr;
     ASSERT_EQ(regOpenKey(HKEY_CURRENT_USER, L"SOFT\\zor", KEY_READ, &parent), ERROR_SUCCESS);
-    HKEY child = nullptr;
-    ASSERT_EQ(regOpenKey(parent, L"app", KEY_READ, &child), ERROR_SUCCESS);
-    unsigned long type = 0;
-    unsigned long size = 0;
-    EXPECT_EQ(regQueryValue(child, L"NAME", &type, nullptr, &size), ERROR_SUCCESS);
-    EXPECT_EQ(type, REG_SZ);
-    EXPECT_EQ(size, 6 * sizeof(wchar_t));
     wchar_t name[8];
     EXPECT_EQ(regEnumKey(parent, 0, name, 8), ERROR_SUCCESS);
     EXPECT_STREQ(name, L"App");
     EXPECT_EQ(regEnumKey(parent, 1, name, 8), ERROR_NO_MORE_ITEMS);
     EXPECT_EQ(regOpenKey(parent, L"missing", KEY_READ, &key), ERROR_FILE_NOT_FOUND);
-    regCloseKey(child);
+    ASSERT_EQ(regOpenKey(parent, L"app", KEY_READ, &key), ERROR_SUCCESS);
     regCloseKey(parent);
-}
 
-TEST_F(RegistryStoreTest, QueryReportsSizeWhenBufferIsSmall) {
-    HKEY key = nullptr;
-    ASSERT_EQ(regCreateKey(HKEY_CURRENT_USER, L"k", &key), ERROR_SUCCESS);
-    ASSERT_EQ(setText(key, L"", L"default value"), ERROR_SUCCESS);
+    unsigned long type = 0;
+    unsigned long size = 0;
+    EXPECT_EQ(regQueryValue(key, L"NAME", nullptr, nullptr, &size), ERROR_SUCCESS);
+    EXPECT_EQ(size, 6 * sizeof(wchar_t));
     unsigned char small[8];
-    unsigned long size = sizeof small;
-    EXPECT_EQ(regQueryValue(key, nullptr, nullptr, small, &size), ERROR_MORE_DATA);
+    size = sizeof small;
+    EXPECT_EQ(regQueryValue(key, nullptr, &type, small, &size), ERROR_MORE_DATA);
+    EXPECT_EQ(type, REG_SZ);
     EXPECT_EQ(size, 14 * sizeof(wchar_t));
     std::vector<unsigned char> big(size);
     EXPECT_EQ(regQueryValue(key, L"", nullptr, big.data(), &size), ERROR_SUCCESS);
@@ -79,7 +67,7 @@ TEST_F(RegistryStoreTest, QueryReportsSizeWhenBufferIsSmall) {
     regCloseKey(key);
 }
 
-TEST_F(RegistryStoreTest, ReadOnlyHandleRefusesChanges) {
+TEST_F(RegistryTest, ReadOnlyHandleRefusesChanges) {
     HKEY key = nullptr;
     ASSERT_EQ(regCreateKey(HKEY_CURRENT_USER, L"k", &key), ERROR_SUCCESS);
     ASSERT_EQ(setText(key, L"v", L"x"), ERROR_SUCCESS);
@@ -94,17 +82,16 @@ TEST_F(RegistryStoreTest, ReadOnlyHandleRefusesChanges) {
     regCloseKey(key);
 }
 
-TEST_F(RegistryStoreTest, EnumerationKeepsFirstStoreOrderAndChecksBuffers) {
+TEST_F(RegistryTest, EnumerationKeepsFirstStoreOrderAndChecksBuffers) {
     HKEY key = nullptr;
     ASSERT_EQ(regCreateKey(HKEY_CURRENT_USER, L"k", &key), ERROR_SUCCESS);
-    for (const wchar_t* name : {L"zeta", L"alpha", L"mid"})
-        ASSERT_EQ(setText(key, name, L"1"), ERROR_SUCCESS);
-    ASSERT_EQ(setText(key, L"zeta", L"rewritten"), ERROR_SUCCESS);  // keeps its place
+    for (const wchar_t* name : {L"zeta", L"alpha", L"mid", L"zeta"})  // "zeta" keeps its place
+        ASSERT_EQ(setText(key, name, name), ERROR_SUCCESS);
     std::vector<std::wstring> names;
     wchar_t name[16];
-    for (unsigned long i = 0;; ++i) {
-        unsigned long units = 16;
-        if (regEnumValue(key, i, name, &units, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
+    for (unsigned long i = 0, units = 16;
+         regEnumValue(key, i, name, &units, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+         ++i, units = 16) {
         EXPECT_EQ(units, std::wcslen(name));
         names.emplace_back(name);
     }
@@ -114,7 +101,7 @@ TEST_F(RegistryStoreTest, EnumerationKeepsFirstStoreOrderAndChecksBuffers) {
     regCloseKey(key);
 }
 
-TEST_F(RegistryStoreTest, BadInputIsRefused) {
+TEST_F(RegistryTest, BadInputIsRefused) {
     HKEY key = nullptr;
     EXPECT_EQ(regCreateKey(nullptr, L"k", &key), ERROR_INVALID_PARAMETER);
     EXPECT_EQ(regCreateKey(HKEY_CURRENT_USER, L"k", nullptr), ERROR_INVALID_PARAMETER);

@@ -19,45 +19,36 @@ std::wstring indexed(const wchar_t* stem, int i) {
     return stem + std::to_wstring(i);
 }
 
-// Waits for a child and gives its exit code, or -1 if it didn't exit normally.
-int exitCode(pid_t pid) {
-    int status = 0;
-    if (::waitpid(pid, &status, 0) != pid || !WIFEXITED(status)) return -1;
-    return WEXITSTATUS(status);
-}
-
 TEST_F(SettingsTest, ConcurrentWritersOfOneKeyBothSucceed) {
     constexpr int kWrites = 60;
     pid_t children[2];
     for (int writer = 0; writer < 2; ++writer) {
-        const pid_t pid = ::fork();
-        ASSERT_GE(pid, 0);
-        if (pid == 0) {
-            int failures = 0;
+        children[writer] = ::fork();
+        ASSERT_GE(children[writer], 0);
+        if (children[writer] == 0) {
+            bool ok = true;
             for (int i = 0; i < kWrites; ++i) {
-                if (!regWrite(L"Draw", L"shared", static_cast<unsigned long>(writer + 1)))
-                    ++failures;
-                if (!regWrite(L"Draw", indexed(writer == 0 ? L"a" : L"b", i).c_str(),
-                              static_cast<unsigned long>(i)))
-                    ++failures;
+                const std::wstring own = indexed(writer == 0 ? L"a" : L"b", i);
+                ok = regWrite(L"Draw", L"shared", writer + 1ul) && ok;
+                ok = regWrite(L"Draw", own.c_str(), static_cast<unsigned long>(i)) && ok;
             }
-            ::_exit(failures == 0 ? 0 : 1);
+            ::_exit(ok ? 0 : 1);
         }
-        children[writer] = pid;
     }
-    EXPECT_EQ(exitCode(children[0]), 0);
-    EXPECT_EQ(exitCode(children[1]), 0);
-
+    for (const pid_t child : children) {
+        int status = -1;
+        EXPECT_TRUE(::waitpid(child, &status, 0) == child && WIFEXITED(status) &&
+                    WEXITSTATUS(status) == 0);
+    }
     unsigned long shared = 0;
     ASSERT_TRUE(regRead(L"Draw", L"shared", shared));
     EXPECT_TRUE(shared == 1 || shared == 2);
-    for (int i = 0; i < kWrites; ++i) {
+    for (unsigned long i = 0; i < kWrites; ++i) {
         unsigned long a = 999;
         unsigned long b = 999;
-        EXPECT_TRUE(regRead(L"Draw", indexed(L"a", i).c_str(), a));
-        EXPECT_TRUE(regRead(L"Draw", indexed(L"b", i).c_str(), b));
-        EXPECT_EQ(a, static_cast<unsigned long>(i));
-        EXPECT_EQ(b, static_cast<unsigned long>(i));
+        EXPECT_TRUE(regRead(L"Draw", indexed(L"a", static_cast<int>(i)).c_str(), a) &&
+                    regRead(L"Draw", indexed(L"b", static_cast<int>(i)).c_str(), b));
+        EXPECT_TRUE(a == i && b == i) << i;
     }
 }
 

@@ -1,9 +1,8 @@
 #include "zor/environment/settings.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "zor/environment/path_unexpand.h"
@@ -12,6 +11,7 @@
 namespace ZOR {
 namespace {
 
+using testing::readFile;
 using testing::readKey;
 using testing::ScopedEnv;
 using testing::SettingsTest;
@@ -22,19 +22,35 @@ CZorArrayTempl<CZorString> listOf(std::initializer_list<const wchar_t*> texts) {
     return list;
 }
 
-TEST_F(SettingsTest, SetUpQueriesAndAppKey) {
+bool exists(const std::string& file) {
+    return ::access(file.c_str(), F_OK) == 0;
+}
+
+TEST_F(SettingsTest, InitRegistersVersionAndApplicationsAndCleanupForgetsThem) {
     EXPECT_STREQ(regBasePathSet(nullptr), L"Soft\\Zor");
     CZorString key(L"untouched");
     EXPECT_FALSE(regAppKey(key, nullptr));
     EXPECT_STREQ(key, L"untouched");
     EXPECT_TRUE(regAppKey(key, L"Draw"));
     EXPECT_STREQ(key, L"Soft\\Zor\\Draw\\7.1");
+
+    EXPECT_TRUE(regInit(L"draw") && regInit(L"Plot") && regInit(L"DRAW"));
+    CZorString version;
+    EXPECT_TRUE(readKey(HKEY_CURRENT_USER, L"Soft\\Zor\\draw", L"CurVer", version));
+    EXPECT_STREQ(version, L"7.1");
+    HKEY app = nullptr;
+    EXPECT_EQ(regOpenKey(HKEY_CURRENT_USER, kDrawKey, KEY_READ, &app), ERROR_SUCCESS);
+    regCloseKey(app);
+    appKeyAdd(L"abc");
+    appKeyAdd(L"ABC");
+    CZorArrayTempl<CZorString> apps;
+    appKeys(apps);
+    EXPECT_EQ(apps, listOf({L"ABC", L"PLOT", L"DRAW"}));
+
     // What the module does at process end.
-    appKeyAdd(L"x");
     detail::settingsCleanup();
     EXPECT_EQ(regBasePathSet(nullptr), nullptr);
     EXPECT_TRUE(detail::settingsCurVer.isNull());
-    CZorArrayTempl<CZorString> apps;
     appKeys(apps);
     EXPECT_TRUE(apps.isEmpty());
 }
@@ -46,29 +62,25 @@ TEST_F(SettingsTest, NullVersionOrAppSwitchesTheKeyedLayerOff) {
     EXPECT_FALSE(regWrite(static_cast<const wchar_t*>(nullptr), L"n", 1ul));
     EXPECT_FALSE(regWrite(L"", L"n", 1ul));
     EXPECT_FALSE(regRead(static_cast<const wchar_t*>(nullptr), L"n", number));
-    EXPECT_FALSE(regInit(nullptr));
-    EXPECT_FALSE(regInit(L""));
+    EXPECT_FALSE(regInit(nullptr) || regInit(L""));
     curVerSet(nullptr);
-    EXPECT_FALSE(regWrite(L"Draw", L"n", 1ul));
-    EXPECT_FALSE(regWrite(L"Draw", L"t", L"x", false));
-    EXPECT_FALSE(regWrite(L"Draw", L"l", list));
-    EXPECT_FALSE(regRead(L"Draw", L"n", number));
-    EXPECT_FALSE(regRead(L"Draw", L"t", text));
-    EXPECT_FALSE(regRead(L"Draw", L"l", list));
-    EXPECT_FALSE(regDelValue(L"Draw", L"n"));
+    EXPECT_FALSE(regWrite(L"Draw", L"n", 1ul) || regWrite(L"Draw", L"t", L"x", false) ||
+                 regWrite(L"Draw", L"l", list) || regDelValue(L"Draw", L"n"));
+    EXPECT_FALSE(regRead(L"Draw", L"n", number) || regRead(L"Draw", L"t", text) ||
+                 regRead(L"Draw", L"l", list));
     EXPECT_EQ(number, 5u);
     EXPECT_STREQ(text, L"keep");
-    EXPECT_EQ(list.len(), 1u);
-    // Nothing was touched: not even the user's hive exists.
-    EXPECT_NE(::access(detail::hiveFile(HKEY_CURRENT_USER).c_str(), F_OK), 0);
+    EXPECT_EQ(list, listOf({L"keep"}));
+    EXPECT_FALSE(exists(detail::hiveFile(HKEY_CURRENT_USER)));  // nothing was touched
     CZorString key;
     EXPECT_TRUE(regAppKey(key, L"Draw"));
     EXPECT_STREQ(key, L"Soft\\Zor\\Draw\\");
 }
 
-TEST_F(SettingsTest, RoundTripOfAllThreeForms) {
+TEST_F(SettingsTest, AllThreeFormsRoundTripAndDelete) {
+    const std::wstring longText(1000, L'x');  // far beyond the first query's 128 bytes
     EXPECT_TRUE(regWrite(L"Draw", L"n", 0xFFFFFFFFul));
-    EXPECT_TRUE(regWrite(L"Draw", L"t", L"hello", false));
+    EXPECT_TRUE(regWrite(L"Draw", L"t", longText.c_str(), false));
     EXPECT_TRUE(regWrite(L"Draw", L"l", listOf({L"a", L"", L"c"})));
     unsigned long number = 0;
     CZorString text;
@@ -76,17 +88,26 @@ TEST_F(SettingsTest, RoundTripOfAllThreeForms) {
     EXPECT_TRUE(regRead(L"Draw", L"n", number));
     EXPECT_EQ(number, 0xFFFFFFFFul);
     EXPECT_TRUE(regRead(L"Draw", L"t", text));
-    EXPECT_STREQ(text, L"hello");
-    // An empty string in the middle of a list ends it.
+    EXPECT_EQ(std::wstring(text), longText);
     EXPECT_TRUE(regRead(L"Draw", L"l", list));
-    ASSERT_EQ(list.len(), 1u);
-    EXPECT_STREQ(list[0], L"a");
-    // Wrong forms are refused and leave the out-values alone.
-    EXPECT_FALSE(regRead(L"Draw", L"t", number));
-    EXPECT_FALSE(regRead(L"Draw", L"n", text));
-    EXPECT_FALSE(regRead(L"Draw", L"t", list));
+    EXPECT_EQ(list, listOf({L"a"}));  // an empty string in the middle of a list ends it
+    // Wrong forms and a text above the store's value limit are refused; the values stay.
+    EXPECT_FALSE(regRead(L"Draw", L"t", number) || regRead(L"Draw", L"n", text) ||
+                 regRead(L"Draw", L"t", list));
+    EXPECT_FALSE(regWrite(L"Draw", L"t", std::wstring(300000, L'y').c_str(), false));
     EXPECT_EQ(number, 0xFFFFFFFFul);
-    EXPECT_STREQ(text, L"hello");
+    EXPECT_EQ(std::wstring(text), longText);
+    EXPECT_TRUE(regRead(L"Draw", L"t", text));
+    EXPECT_EQ(text.len(), 1000);
+
+    // A null text and an empty list delete; what is gone can't be deleted again.
+    EXPECT_TRUE(regWrite(L"Draw", L"t", nullptr, false));
+    EXPECT_FALSE(regRead(L"Draw", L"t", text) || regWrite(L"Draw", L"t", nullptr, false));
+    EXPECT_EQ(text.len(), 1000);
+    EXPECT_TRUE(regWrite(L"Draw", L"l", CZorArrayTempl<CZorString>()));
+    EXPECT_FALSE(regDelValue(L"Draw", L"l"));
+    EXPECT_TRUE(regDelValue(L"Draw", L"n"));
+    EXPECT_FALSE(regDelValue(L"Draw", L"n"));
 }
 
 TEST_F(SettingsTest, ValueNamesWithSubPathsAndDefaultValues) {
@@ -104,79 +125,36 @@ TEST_F(SettingsTest, ValueNamesWithSubPathsAndDefaultValues) {
     EXPECT_EQ(number, 5u);
 }
 
-TEST_F(SettingsTest, UserHiveFirstMachineHiveAsFallback) {
-    writeMachine(L"Soft\\Zor\\Draw\\7.1", L"n", 10ul);
-    writeMachine(L"Soft\\Zor\\Draw\\7.1", L"only", 11ul);
-    unsigned long number = 0;
-    // Machine hive alone.
+TEST_F(SettingsTest, ReadsTryTheUserHiveFirstAndFallBackOnTheMachineHive) {
+    unsigned long number = 42;
+    EXPECT_FALSE(regRead(L"Draw", L"n", number));
+    EXPECT_TRUE(regWrite(L"Draw", L"other", 1ul));
+    EXPECT_FALSE(regRead(L"Draw", L"n", number));
+    EXPECT_EQ(number, 42u);
+    EXPECT_FALSE(exists(detail::hiveFile(HKEY_LOCAL_MACHINE)));  // reading made no machine hive
+
+    writeMachine(L"n", 10ul);
+    writeMachine(L"only", 11ul);
     EXPECT_TRUE(regRead(L"Draw", L"only", number));
     EXPECT_EQ(number, 11u);
-    // Both hives: the user's wins.
-    EXPECT_TRUE(regWrite(L"Draw", L"n", 20ul));
+    EXPECT_TRUE(regWrite(L"Draw", L"n", 20ul));  // both hives: the user's wins
     EXPECT_TRUE(regRead(L"Draw", L"n", number));
     EXPECT_EQ(number, 20u);
     // The user's of the wrong type: the machine's number is read.
     EXPECT_TRUE(regWrite(L"Draw", L"n", L"text", false));
     EXPECT_TRUE(regRead(L"Draw", L"n", number));
     EXPECT_EQ(number, 10u);
-    // Writes never reach the machine hive.
-    EXPECT_TRUE(readKey(HKEY_LOCAL_MACHINE, L"Soft\\Zor\\Draw\\7.1", L"n", number));
+    EXPECT_TRUE(readKey(HKEY_LOCAL_MACHINE, kDrawKey, L"n", number));  // writes never reach it
     EXPECT_EQ(number, 10u);
-}
 
-TEST_F(SettingsTest, MissingMachineHiveFallsThroughToFalse) {
-    unsigned long number = 42;
-    EXPECT_FALSE(regRead(L"Draw", L"nothing", number));
-    EXPECT_TRUE(regWrite(L"Draw", L"other", 1ul));
-    EXPECT_FALSE(regRead(L"Draw", L"nothing", number));
-    EXPECT_EQ(number, 42u);
-    // Reading made no machine hive.
-    EXPECT_NE(::access(detail::hiveFile(HKEY_LOCAL_MACHINE).c_str(), F_OK), 0);
-}
-
-TEST_F(SettingsTest, DamagedUserHiveIsLeftAloneAndReadsFallBack) {
-    writeMachine(L"Soft\\Zor\\Draw\\7.1", L"n", 10ul);
+    // A damaged user hive is left alone, and reads still fall back.
     const std::string garbage = "this is not a settings database, and must stay as it is";
-    {
-        std::ofstream out(detail::hiveFile(HKEY_CURRENT_USER), std::ios::binary);
-        out << garbage;
-    }
-    unsigned long number = 0;
+    testing::writeFile(detail::hiveFile(HKEY_CURRENT_USER), garbage);
+    number = 0;
     EXPECT_TRUE(regRead(L"Draw", L"n", number));
     EXPECT_EQ(number, 10u);
-    EXPECT_FALSE(regWrite(L"Draw", L"n", 20ul));
-    EXPECT_FALSE(regInit(L"Draw"));
-    std::ifstream in(detail::hiveFile(HKEY_CURRENT_USER), std::ios::binary);
-    const std::string kept((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    EXPECT_EQ(kept, garbage);
-}
-
-TEST_F(SettingsTest, NullTextAndEmptyListDelete) {
-    EXPECT_TRUE(regWrite(L"Draw", L"t", L"x", false));
-    EXPECT_TRUE(regWrite(L"Draw", L"t", nullptr, false));
-    CZorString text(L"keep");
-    EXPECT_FALSE(regRead(L"Draw", L"t", text));
-    EXPECT_STREQ(text, L"keep");
-    EXPECT_FALSE(regWrite(L"Draw", L"t", nullptr, false));  // nothing left to delete
-
-    EXPECT_TRUE(regWrite(L"Draw", L"l", listOf({L"a"})));
-    EXPECT_TRUE(regWrite(L"Draw", L"l", CZorArrayTempl<CZorString>()));
-    EXPECT_FALSE(regDelValue(L"Draw", L"l"));
-    EXPECT_TRUE(regWrite(L"Draw", L"n", 1ul));
-    EXPECT_TRUE(regDelValue(L"Draw", L"n"));
-    EXPECT_FALSE(regDelValue(L"Draw", L"n"));
-}
-
-TEST_F(SettingsTest, LongTextNeedsTheRetryAndOverLongIsRefused) {
-    const std::wstring longText(1000, L'x');  // far beyond the first 128 bytes
-    EXPECT_TRUE(regWrite(L"Draw", L"t", longText.c_str(), false));
-    CZorString text;
-    EXPECT_TRUE(regRead(L"Draw", L"t", text));
-    EXPECT_EQ(text.len(), 1000);
-    const std::wstring tooLong(300000, L'y');  // above the store's value limit
-    EXPECT_FALSE(regWrite(L"Draw", L"t", tooLong.c_str(), false));
-    EXPECT_TRUE(regRead(L"Draw", L"t", text));
-    EXPECT_EQ(text.len(), 1000);
+    EXPECT_FALSE(regWrite(L"Draw", L"n", 20ul) || regInit(L"Draw"));
+    EXPECT_EQ(readFile(detail::hiveFile(HKEY_CURRENT_USER)), garbage);
 }
 
 TEST_F(SettingsTest, FoldedPathListIsStoredAsReferencesAndReadExpanded) {
@@ -191,13 +169,13 @@ TEST_F(SettingsTest, FoldedPathListIsStoredAsReferencesAndReadExpanded) {
     {
         ScopedEnv otherHome("HOME", "/elsewhere");
         ScopedEnv noConfig("XDG_CONFIG_HOME", nullptr);
-        EXPECT_TRUE(readKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1", L"p", text, &type));
+        EXPECT_TRUE(readKey(HKEY_CURRENT_USER, kDrawKey, L"p", text, &type));
     }
     EXPECT_EQ(type, REG_EXPAND_SZ);
     EXPECT_STREQ(text, L"%XDG_CONFIG_HOME%/zor;/opt/x;/elsewhere/d");
     // Nothing to fold: stored as plain text.
     EXPECT_TRUE(regWrite(L"Draw", L"q", L"/opt/x", true));
-    EXPECT_TRUE(readKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1", L"q", text, &type));
+    EXPECT_TRUE(readKey(HKEY_CURRENT_USER, kDrawKey, L"q", text, &type));
     EXPECT_EQ(type, REG_SZ);
 }
 
@@ -218,49 +196,22 @@ TEST(PathUnExpand, PicksLongestCoveringVariableAtComponentBoundary) {
     EXPECT_STREQ(buffer, L"untouched");
 }
 
-TEST_F(SettingsTest, InitRegistersVersionAndApplication) {
-    EXPECT_TRUE(regInit(L"draw"));
-    EXPECT_TRUE(regInit(L"Plot"));
-    EXPECT_TRUE(regInit(L"DRAW"));
-    CZorString version;
-    EXPECT_TRUE(readKey(HKEY_CURRENT_USER, L"Soft\\Zor\\draw", L"CurVer", version));
-    EXPECT_STREQ(version, L"7.1");
-    HKEY key = nullptr;
-    EXPECT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\draw\\7.1", KEY_READ, &key),
-              ERROR_SUCCESS);
-    regCloseKey(key);
-
-    CZorArrayTempl<CZorString> apps;
-    appKeys(apps);
-    ASSERT_EQ(apps.len(), 2u);
-    EXPECT_STREQ(apps[0], L"PLOT");
-    EXPECT_STREQ(apps[1], L"DRAW");
-    appKeyAdd(L"abc");
-    appKeyAdd(L"ABC");
-    appKeys(apps);
-    ASSERT_EQ(apps.len(), 3u);
-    EXPECT_STREQ(apps[0], L"ABC");
-}
-
 TEST_F(SettingsTest, CopyTreeKeepsOrReplacesAtTopOnly) {
     HKEY source = nullptr;
     HKEY target = nullptr;
-    ASSERT_EQ(regCreateKey(HKEY_CURRENT_USER, L"src", &source), ERROR_SUCCESS);
-    ASSERT_EQ(regCreateKey(HKEY_CURRENT_USER, L"dst", &target), ERROR_SUCCESS);
     HKEY sub = nullptr;
-    ASSERT_EQ(regCreateKey(source, L"sub", &sub), ERROR_SUCCESS);
-    EXPECT_TRUE(regWrite(sub, L"v", 1ul));
-    EXPECT_TRUE(regWrite(sub, L"w", listOf({L"a", L"b"})));
+    ASSERT_EQ(regCreateKey(HKEY_CURRENT_USER, L"src\\sub", &sub), ERROR_SUCCESS);
+    EXPECT_TRUE(regWrite(sub, L"v", 1ul) && regWrite(sub, L"w", listOf({L"a", L"b"})));
     regCloseKey(sub);
-    EXPECT_TRUE(regWrite(source, L"top", 1ul));
-    EXPECT_TRUE(regWrite(source, L"new", L"n", false));
-    const std::wstring wide(400, L'w');  // 1604 bytes: beyond the copy's data buffer
-    EXPECT_TRUE(regWrite(source, L"wide", wide.c_str(), false));
-    EXPECT_TRUE(regWrite(source, L"after", 5ul));
-    EXPECT_TRUE(regWrite(target, L"top", 2ul));
-    ASSERT_EQ(regCreateKey(target, L"sub", &sub), ERROR_SUCCESS);
+    ASSERT_EQ(regCreateKey(HKEY_CURRENT_USER, L"dst\\sub", &sub), ERROR_SUCCESS);
     EXPECT_TRUE(regWrite(sub, L"v", 2ul));
     regCloseKey(sub);
+    ASSERT_EQ(regCreateKey(HKEY_CURRENT_USER, L"src", &source), ERROR_SUCCESS);
+    ASSERT_EQ(regCreateKey(HKEY_CURRENT_USER, L"dst", &target), ERROR_SUCCESS);
+    EXPECT_TRUE(regWrite(source, L"top", 1ul) && regWrite(source, L"new", L"n", false));
+    // 1604 bytes: beyond the copy's data buffer.
+    EXPECT_TRUE(regWrite(source, L"wide", std::wstring(400, L'w').c_str(), false));
+    EXPECT_TRUE(regWrite(source, L"after", 5ul) && regWrite(target, L"top", 2ul));
 
     auto number = [&](const wchar_t* path, const wchar_t* name) {
         unsigned long n = 0;
@@ -282,25 +233,21 @@ TEST_F(SettingsTest, CopyTreeKeepsOrReplacesAtTopOnly) {
     EXPECT_EQ(number(L"sub", L"v"), 2u);
     CZorArrayTempl<CZorString> list;
     EXPECT_TRUE(readKey(target, L"sub", L"w", list));
-    EXPECT_EQ(list.len(), 2u);
+    EXPECT_EQ(list, listOf({L"a", L"b"}));
     regCloseKey(source);
     regCloseKey(target);
 }
 
-TEST_F(SettingsTest, HandleNumberReadTakesAtMostFourBytes) {
-    HKEY key = nullptr;
-    ASSERT_EQ(regCreateKey(HKEY_CURRENT_USER, L"k", &key), ERROR_SUCCESS);
-    const unsigned char eight[8] = {1, 2, 3, 4, 5, 6, 7, 8};
-    ASSERT_EQ(regSetValue(key, L"q", REG_BINARY, eight, 8), ERROR_SUCCESS);
-    unsigned long number = 0;
-    EXPECT_TRUE(regRead(key, L"q", number));
-    EXPECT_EQ(number, 0x04030201u);
-    // The keyed form asks for a REG_DWORD of exactly four bytes.
-    regCloseKey(key);
+TEST_F(SettingsTest, HandleNumberReadTakesAtMostFourBytesKeyedReadExactlyFour) {
     EXPECT_TRUE(regWrite(L"Draw", L"x", 1ul));
-    ASSERT_EQ(regOpenKey(HKEY_CURRENT_USER, L"Soft\\Zor\\Draw\\7.1", KEY_CHANGE, &key),
-              ERROR_SUCCESS);
+    HKEY key = nullptr;
+    ASSERT_EQ(regOpenKey(HKEY_CURRENT_USER, kDrawKey, KEY_CHANGE, &key), ERROR_SUCCESS);
+    const unsigned char eight[8] = {1, 2, 3, 4, 5, 6, 7, 8};
+    ASSERT_EQ(regSetValue(key, L"b", REG_BINARY, eight, 8), ERROR_SUCCESS);
     ASSERT_EQ(regSetValue(key, L"q", REG_DWORD, eight, 8), ERROR_SUCCESS);
+    unsigned long number = 0;
+    EXPECT_TRUE(regRead(key, L"b", number));
+    EXPECT_EQ(number, 0x04030201u);
     regCloseKey(key);
     number = 9;
     EXPECT_FALSE(regRead(L"Draw", L"q", number));

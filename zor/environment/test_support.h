@@ -1,17 +1,20 @@
-// Helpers of the environment tests: a temporary folder, a scoped environment variable, and a
-// fixture that points the settings store at a fresh folder and restores the settings state.
+// Helpers of the environment tests: a temporary folder, a scoped environment variable, files as
+// text, and fixtures that point the settings store at a fresh folder and restore the settings
+// state.
 #pragma once
 
-#include <ftw.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <optional>
 #include <string>
 
 #include "zor/environment/settings.h"
+#include "zor/text/utf8.h"
 
 namespace ZOR::testing {
 
@@ -19,15 +22,11 @@ class TempDir {
   public:
     TempDir() {
         char pattern[] = "/tmp/zor_env_test_XXXXXX";
-        const char* made = ::mkdtemp(pattern);
-        path_ = made != nullptr ? made : "";
+        path_ = ::mkdtemp(pattern) != nullptr ? pattern : "";
     }
     ~TempDir() {
-        if (path_.empty()) return;
-        ::nftw(
-            path_.c_str(),
-            [](const char* p, const struct stat*, int, struct FTW*) { return std::remove(p); }, 16,
-            FTW_DEPTH | FTW_PHYS);
+        std::error_code ignored;
+        if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
     }
     TempDir(const TempDir&) = delete;
     TempDir& operator=(const TempDir&) = delete;
@@ -64,6 +63,21 @@ class ScopedEnv {
     std::optional<std::string> old_;
 };
 
+inline std::wstring wide(const std::string& text) {
+    return detail::fromUtf8(text);
+}
+
+// Creates or replaces the file `path` with `text`.
+inline void writeFile(const std::string& path, const std::string& text = "") {
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+// The whole file, or "" if it can't be read.
+inline std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
 // Reads the value `name` of the key `path` below `root` through the handle layer; false if the
 // key or the value is missing. `type` receives the stored type.
 template <class Value>
@@ -77,13 +91,21 @@ bool readKey(HKEY root, const wchar_t* path, const wchar_t* name, Value& value,
     return read;
 }
 
-// All hives in a fresh folder; base path "Soft\Zor" and version "7.1" set, and the module's
+// All hives in a fresh folder.
+class RegistryTest : public ::testing::Test {
+  protected:
+    TempDir dir_;
+
+  private:
+    ScopedEnv registryDir_{"ZOR_REGISTRY_DIR", dir_.path().c_str()};
+};
+
+// The hives of RegistryTest, base path "Soft\Zor" and version "7.1" set, and the module's
 // settings state as it was put back at the end.
-class SettingsTest : public ::testing::Test {
+class SettingsTest : public RegistryTest {
   protected:
     SettingsTest()
-        : registryDir_("ZOR_REGISTRY_DIR", dir_.path().c_str()),
-          savedCurVer_(detail::settingsCurVer),
+        : savedCurVer_(detail::settingsCurVer),
           savedBasePath_(detail::settingsBasePath),
           savedAppKeys_(detail::settingsAppKeys) {
         regBasePathSet(L"Soft\\Zor");
@@ -95,19 +117,20 @@ class SettingsTest : public ::testing::Test {
         detail::settingsAppKeys = savedAppKeys_;
     }
 
-    // Writes a value straight into the machine's hive, which the settings functions never write.
+    // The application key of "Draw".
+    static constexpr const wchar_t* kDrawKey = L"Soft\\Zor\\Draw\\7.1";
+
+    // Writes a value of "Draw" straight into the machine's hive, which the settings functions
+    // never write.
     template <class Value>
-    void writeMachine(const wchar_t* keyPath, const wchar_t* name, const Value& value) {
+    void writeMachine(const wchar_t* name, const Value& value) {
         HKEY key = nullptr;
-        ASSERT_EQ(regCreateKey(HKEY_LOCAL_MACHINE, keyPath, &key), ERROR_SUCCESS);
+        ASSERT_EQ(regCreateKey(HKEY_LOCAL_MACHINE, kDrawKey, &key), ERROR_SUCCESS);
         EXPECT_TRUE(regWrite(key, name, value));
         regCloseKey(key);
     }
 
-    TempDir dir_;
-
   private:
-    ScopedEnv registryDir_;
     CZorString savedCurVer_;
     CZorString savedBasePath_;
     CZorArrayTempl<CZorString> savedAppKeys_;
