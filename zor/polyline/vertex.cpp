@@ -21,6 +21,24 @@ CZorVector3d chordLeft(const CZorPoint3d& s, const CZorPoint3d& e) {
     return CZorVector3d::kZAxis * (e - s);
 }
 
+// The line of the tangent of `v` at `p` as a unit vector, in the plane; false when it has no
+// finite direction. Worked out from the vectors that wTan takes the angles of.
+bool unitTangent(const CZorVertex& v, const CZorPoint3d& p, double& dx, double& dy) {
+    if (v.bulge == 0.0) {
+        dx = v.end.x - v.start.x;
+        dy = v.end.y - v.start.y;
+    } else {
+        const CZorPoint3d c = v.center();
+        dx = c.y - p.y;
+        dy = p.x - c.x;
+    }
+    const double len = std::hypot(dx, dy);
+    if (!(len > 0.0 && std::isfinite(len))) return false;
+    dx /= len;
+    dy /= len;
+    return true;
+}
+
 }  // namespace
 
 CZorVertex::CZorVertex(const CZorPoint3d& s, const CZorPoint3d& e, double b)
@@ -365,6 +383,13 @@ int g_bulg_split(const CZorVertex& v) {
 }
 
 bool g_vx_is_tang(const CZorVertex& a, const CZorVertex& b, const CZorPoint3d& p) {
+    // Tangents whose lines cross at more than about 1e-3 rad can't pass the 1e-5 test of the
+    // angles; the sine between them tells so without the arc tangents' arctangents.
+    double ax, ay, bx, by;
+    if (unitTangent(a, p, ax, ay) && unitTangent(b, p, bx, by) &&
+        std::fabs(ax * by - ay * bx) > 1e-3) {
+        return false;
+    }
     const double wa = a.wTan(p);
     const double wb = b.wTan(p);
     return g_ang_equal(wa, wb, 1e-5) || g_ang_equal(wa, wb + kPi, 1e-5);
