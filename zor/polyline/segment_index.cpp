@@ -35,26 +35,42 @@ bool finiteBox(const Box2d& b) {
            std::isfinite(b.yhi);
 }
 
-// Liang-Barsky clipping of the segment p-q against the box: whether any part lies inside.
-bool segmentTouchesBox(const CZorPoint3d& p, const CZorPoint3d& q, const Box2d& b) {
-    double t0 = 0.0, t1 = 1.0;
-    const double d[2] = {q.x - p.x, q.y - p.y};
-    const double lo[2] = {b.xlo - p.x, b.ylo - p.y};
-    const double hi[2] = {b.xhi - p.x, b.yhi - p.y};
-    for (int k = 0; k < 2; ++k) {
-        if (d[k] == 0.0) {
-            if (lo[k] > 0.0 || hi[k] < 0.0) return false;
-            continue;
+// The straight segment p-q, set up for many box tests: Liang-Barsky clipping with the
+// reciprocals of the direction taken once instead of dividing at every box.
+class Segment2d {
+  public:
+    Segment2d(const CZorPoint3d& p, const CZorPoint3d& q) : p_{p.x, p.y} {
+        const double d[2] = {q.x - p.x, q.y - p.y};
+        for (int k = 0; k < 2; ++k) {
+            moves_[k] = d[k] != 0.0;
+            inverse_[k] = moves_[k] ? 1.0 / d[k] : 0.0;
         }
-        double ta = lo[k] / d[k];
-        double tb = hi[k] / d[k];
-        if (ta > tb) std::swap(ta, tb);
-        t0 = std::max(t0, ta);
-        t1 = std::min(t1, tb);
-        if (t0 > t1) return false;
     }
-    return true;
-}
+    // Whether any part of the segment lies inside `b`.
+    bool touches(const Box2d& b) const {
+        double t0 = 0.0, t1 = 1.0;
+        const double lo[2] = {b.xlo - p_[0], b.ylo - p_[1]};
+        const double hi[2] = {b.xhi - p_[0], b.yhi - p_[1]};
+        for (int k = 0; k < 2; ++k) {
+            if (!moves_[k]) {
+                if (lo[k] > 0.0 || hi[k] < 0.0) return false;
+                continue;
+            }
+            double ta = lo[k] * inverse_[k];
+            double tb = hi[k] * inverse_[k];
+            if (ta > tb) std::swap(ta, tb);
+            t0 = std::max(t0, ta);
+            t1 = std::min(t1, tb);
+            if (t0 > t1) return false;
+        }
+        return true;
+    }
+
+  private:
+    double p_[2];
+    double inverse_[2];
+    bool moves_[2];
+};
 
 }  // namespace
 
@@ -111,6 +127,8 @@ SegmentIndex::SegmentIndex(const CZorVertexArray& vl) {
         nodes_.reserve(2 * (n / kLeafSize + 1));
         build(0, n, centres);
     }
+    leafBoxes_.reserve(n);
+    for (const int i : order_) leafBoxes_.push_back(boxes_[i]);
 }
 
 int SegmentIndex::build(int first, int count, const Centres& centres) {
@@ -157,7 +175,7 @@ void SegmentIndex::collect(Test test, std::vector<int>& out) const {
         if (!test(node.box)) continue;
         if (node.count > 0) {
             for (int k = node.first; k < node.first + node.count; ++k) {
-                if (test(boxes_[order_[k]])) out.push_back(order_[k]);
+                if (test(leafBoxes_[k])) out.push_back(order_[k]);
             }
         } else {
             stack[depth++] = node.left;
@@ -179,7 +197,8 @@ void SegmentIndex::querySegment(const CZorPoint3d& p, const CZorPoint3d& q,
         for (int i = 0; i < size(); ++i) out[i] = i;
         return;
     }
-    collect([&](const Box2d& box) { return segmentTouchesBox(p, q, box); }, out);
+    const Segment2d segment(p, q);
+    collect([&](const Box2d& box) { return segment.touches(box); }, out);
 }
 
 }  // namespace ZOR::detail

@@ -74,6 +74,8 @@ class SegmentIndex {
 
     std::vector<Box2d> boxes_;
     std::vector<int> order_;
+    // boxes_ in the order of order_, so that a leaf reads its boxes side by side.
+    std::vector<Box2d> leafBoxes_;
     std::vector<Node> nodes_;
 };
 
