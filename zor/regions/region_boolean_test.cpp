@@ -116,6 +116,9 @@ TEST(RegionBoolean, FiguresUnionDifferenceIntersection) {
     EXPECT_EQ(out[0][0][0].tag + out[0][0][1].tag + out[0][0][2].tag + out[0][0][3].tag, 7);
     ZOR::g_region_union(sq, side, out);
     EXPECT_EQ(out[0][0].len(), 4);
+    // The loops are strung and normalised at the lowered tolerance, so the step stays.
+    ZOR::g_region_union(step, over, out);
+    EXPECT_EQ(out[0][0].len(), 10);
 }
 
 TEST(RegionBoolean, EmptyOperandLeavesOutAlone) {
