@@ -172,13 +172,20 @@ bool g_ali(CZorPoint3dArray& list, const CZorPoint3d& c, double r, double a0, do
 }
 
 bool g_arc_pt(const CZorPoint3d& c, double r, double a0, double a1, const CZorPoint3d& p) {
-    if (std::fabs(c.distanceTo(p) - r) > CZorPoint3d::tol) return false;
+    const double tol = CZorPoint3d::tol;
+    if (std::fabs(c.distanceTo(p) - r) > tol) return false;
     double sweep = a1 - a0;
     if (sweep < 0) sweep += kTwoPi;
     double pos = angle(c, p) - a0;
     if (pos < 0) pos += kTwoPi;
     if (sweep >= pos) return true;
     // The angle test has no tolerance; the end points still count within the point tolerance.
+    // Both ends lie at least the angle `apart` away from `p` around the centre, so no nearer
+    // than the chord of that angle, at least 2/pi of its arc; when that is well beyond the
+    // tolerance (and the rounding of the ends), neither end needs working out.
+    const double apart = std::min(pos - sweep, kTwoPi - pos);
+    const double rounding = 1e-9 * (r + std::fabs(c.x) + std::fabs(c.y));
+    if ((r - tol) * apart * (2.0 / kPi) > 2.0 * tol + rounding) return false;
     return p == polar(c, a0, r) || p == polar(c, a1, r);
 }
 

@@ -181,6 +181,39 @@ TEST_F(CircleTest, PointOnArc) {
     EXPECT_FALSE(on(0, kPi / 2, kPi / 2 + 2e-5));
 }
 
+TEST_F(CircleTest, PointOnArcAgreesWithMeasuringBothEnds) {
+    // Points on and near circles of many sizes and places, on, beyond and around the ends of
+    // arcs, against the plain test that measures the distance to both end points.
+    const auto plain = [](const P& c, double r, double a0, double a1, const P& p) {
+        if (std::fabs(c.distanceTo(p) - r) > CZorPoint3d::tol) return false;
+        double sweep = a1 - a0;
+        if (sweep < 0) sweep += 2 * kPi;
+        double pos = angle(c, p) - a0;
+        if (pos < 0) pos += 2 * kPi;
+        return sweep >= pos || p == polar(c, a0, r) || p == polar(c, a1, r);
+    };
+    std::mt19937 rng(17);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    int endHits = 0;
+    for (const double tol : {1e-5, 1e-3, 1e-10}) {
+        CZorPoint3dTol scope(tol);
+        for (int round = 0; round < 3000; ++round) {
+            const double r = std::pow(10.0, 8 * unit(rng) - 4);
+            const P c(1e4 * (unit(rng) - 0.5), 1e4 * (unit(rng) - 0.5), 0);
+            const double a0 = 2 * kPi * unit(rng), a1 = 2 * kPi * unit(rng);
+            // Beyond an end by a few tolerances' worth of angle, or anywhere.
+            const double end = unit(rng) < 0.5 ? a0 : a1;
+            const double step = (unit(rng) - 0.5) * 8 * tol / r;
+            const double w = round % 3 == 0 ? 2 * kPi * unit(rng) : end + step;
+            const P p = polar(c, w, r + (unit(rng) - 0.5) * 2 * tol);
+            const bool expected = plain(c, r, a0, a1, p);
+            ASSERT_EQ(g_arc_pt(c, r, a0, a1, p), expected) << tol << " " << round;
+            endHits += expected && round % 3 != 0;
+        }
+    }
+    EXPECT_GT(endHits, 1000);
+}
+
 TEST_F(CircleTest, PerpendicularOrientationTangentPoint) {
     const P a(0, 0, 0);
     const P b(10, 0, 0);
