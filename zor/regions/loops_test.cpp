@@ -26,7 +26,7 @@ TEST(Loops, ChkAsksOnlyClosureOfTwoSegmentsAndDropsJointsByFlags) {
     EXPECT_FALSE(ZOR::g_vl_chk(figureEight(), 6));
 }
 
-TEST(Loops, RunsCutAtGapsOnly) {
+TEST(Loops, RunsCutAtGapsAndLoopsAlsoWhereTheyClose) {
     Loop gap = rect(0, 0, 10, 10);
     gap[1].start = P(10, 1);  // the pair last to first isn't looked at
     const VllEx runs = ZOR::g_vl_vll(zor_g_xvl(gap, 3, L"t", CZorVector3d::kZAxis));
@@ -35,11 +35,10 @@ TEST(Loops, RunsCutAtGapsOnly) {
     EXPECT_EQ(runs[1].len(), 3);
     EXPECT_EQ(runs[1].attrNumber, 3);
     EXPECT_TRUE(runs[1].attrText == CZorString(L"t"));
-    EXPECT_EQ(ZOR::g_vl_vll(figureEight()).len(), 1u);
     EXPECT_EQ(ZOR::g_vl_vll(CZorVertexArray()).len(), 0u);
-}
 
-TEST(Loops, ToVllCutsFigureEightAndTurnsBehindTheGap) {
+    // A figure of eight is one run, and two loops for g_vl_to_vll.
+    EXPECT_EQ(ZOR::g_vl_vll(figureEight()).len(), 1u);
     const Vll eight = ZOR::g_vl_to_vll(figureEight());
     ASSERT_EQ(eight.len(), 2u);
     EXPECT_TRUE(eight[0].isClosed() && eight[1].isClosed());

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <random>
 
 #include "zor/polyline/point_inside.h"
@@ -79,8 +78,7 @@ TEST(RegionIndex, RegionTesterEqualsThePlainTest) {
     std::uniform_real_distribution<double> coord(-5.0, 110.0);
     for (int round = 0; round < 40; ++round) {
         Region r = region(rect(0, 0, 100, 100));
-        const Vll holes = randomLoops(rng, 6);
-        for (int i = 0; i < static_cast<int>(holes.len()); ++i) r.append(holes[i]);
+        r += randomLoops(rng, 6);
         const ZOR::detail::RegionPointTester tester(ZOR::detail::loopPointers(r));
         std::vector<CZorPoint3d> points;
         for (int k = 0; k < 100; ++k) points.emplace_back(coord(rng), coord(rng), 0.0);
@@ -101,32 +99,21 @@ TEST(RegionIndex, RegionTesterEqualsThePlainTest) {
 // g_vll_region as its steps read, every loop tested against every other.
 Regions regionsByDepthPlain(const Vll& loops) {
     const int n = loops.len();
-    std::vector<int> depth(n, 0);
+    std::vector<int> depth(n, 0), outers;
     for (int i = 0; i < n; ++i) {
-        if (loops[i].len() < 2) continue;
-        const CZorPoint3d p = loops[i][0].mid();
-        for (int j = 0; j < n; ++j) {
-            if (j != i && ZOR::g_vl_pt_inside(loops[j], p, false)) ++depth[i];
-        }
+        for (int j = 0; j < n && loops[i].len() >= 2; ++j)
+            depth[i] += j != i && ZOR::g_vl_pt_inside(loops[j], loops[i][0].mid(), false);
+        if (depth[i] % 2 == 0) outers.push_back(i);
     }
-    std::map<int, std::vector<int>> byDepth;
-    for (int i = 0; i < n; ++i) {
-        if (depth[i] % 2 == 0) byDepth[depth[i]].push_back(i);
-    }
+    // Shallower first, then in input order.
+    std::stable_sort(outers.begin(), outers.end(),
+                     [&](int i, int j) { return depth[i] < depth[j]; });
     Regions out;
-    std::vector<bool> placed(n, false);
-    for (const auto& level : byDepth) {
-        for (const int i : level.second) {
-            out.append(region(loops[i]));
-            placed[i] = true;
-        }
-    }
-    if (out.len() == 0) return out;
-    for (int i = 0; i < n; ++i) {
-        if (placed[i]) continue;
-        const CZorPoint3d p = loops[i][0].mid();
+    for (const int i : outers) out.append(region(loops[i]));
+    for (int i = 0; i < n && out.len() > 0; ++i) {
+        if (depth[i] % 2 == 0) continue;
         for (int r = static_cast<int>(out.len()) - 1; r >= 0; --r) {
-            if (ZOR::g_vl_pt_inside(out[r][0], p, false)) {
+            if (ZOR::g_vl_pt_inside(out[r][0], loops[i][0].mid(), false)) {
                 out[r].append(loops[i]);
                 break;
             }
