@@ -55,18 +55,18 @@ TEST(Loops, RunsCutAtGapsAndLoopsAlsoWhereTheyClose) {
 
 TEST(Loops, JoinChainsGreedily) {
     // The second piece runs the wrong way.
-    Vll out = ZOR::g_vll_join(Vll().append(chain({L(0, 0, 1, 0)})).append(chain({L(2, 0, 1, 0)})));
+    Vll out = ZOR::g_vll_join(list({chain({L(0, 0, 1, 0)}), chain({L(2, 0, 1, 0)})}));
     ASSERT_EQ(out.len(), 1u);
     EXPECT_EQ(out[0].len(), 1);  // normalised into one straight segment
     EXPECT_TRUE(out[0][0].end == P(2, 0));
 
-    Vll list = Vll().append(chain({L(0, 0, 1, 0)})).append(chain({L(5, 5, 6, 5)}));
-    out = ZOR::g_vll_join(list);
+    Vll pieces = list({chain({L(0, 0, 1, 0)}), chain({L(5, 5, 6, 5)})});
+    out = ZOR::g_vll_join(pieces);
     ASSERT_EQ(out.len(), 2u);
     EXPECT_TRUE(out[1][0].start == P(5, 5));
     EXPECT_EQ(ZOR::g_vll_join(Vll()).len(), 0u);
-    list.append(CZorVertexArray());
-    EXPECT_EQ(ZOR::g_vll_join(list).len(), 2u);
+    pieces.append(CZorVertexArray());
+    EXPECT_EQ(ZOR::g_vll_join(pieces).len(), 2u);
 }
 
 TEST(Loops, Nodes) {
@@ -97,9 +97,9 @@ TEST(Loops, Nodes) {
 TEST(Loops, OrientAndPointAgainstRegion) {
     // Closed members turn counter-clockwise, open ones stay.
     const Loop cw = rect(0, 0, 10, 10).reverse(), open = chain({L(0, 0, 1, 0), L(1, 0, 1, 1)});
-    Vll vll = Vll().append(cw).append(open);
+    Vll vll = list({cw, open});
     ZOR::setOrient(vll, CZorVector3d::kZAxis);
-    EXPECT_EQ(vll, Vll().append(Loop(cw).revert()).append(open));
+    EXPECT_EQ(vll, list({Loop(cw).revert(), open}));
 
     // Inside, in the hole, on the hole, on the outer loop, outside; both forms alike.
     const Region r = region(rect(0, 0, 10, 10), rect(4, 4, 6, 6));
@@ -135,13 +135,13 @@ TEST(Loops, Conversions) {
     EXPECT_FALSE(x.attrText.isNull());
     EXPECT_EQ(x.attrText.len(), 0);
     EXPECT_TRUE(x.normal() == CZorVector3d::kXAxis);
-    const Vll vll = Vll().append(rect(0, 0, 1, 1)).append(circle(0, 0, 1));
+    const Vll vll = list({rect(0, 0, 1, 1), circle(0, 0, 1)});
     const VllEx xs = zor_g_xvll(vll, 2, L"w", CZorVector3d::kZAxis);
     ASSERT_EQ(xs.len(), 2u);
     EXPECT_TRUE(xs[1].attrText == CZorString(L"w"));
     EXPECT_EQ(zor_g_gvll(xs), vll);
 
-    const Regions regl = Regions().append(vll);
+    const Regions regl = list({vll});
     RegionsEx regx;
     regx[0][0].attrNumber = 8;
     zorReglToReglEx(regx, regl);

@@ -26,24 +26,21 @@ Regions plain(const RegionsEx& in) {
 
 TEST(RegionBuilding, ByDepthNestsToAnyDepth) {
     const Vll n = nested({0, 1, 2, 3});
-    const Regions expected = Regions().append(region(n[0], n[1])).append(region(n[2], n[3]));
+    const Regions expected = list({region(n[0], n[1]), region(n[2], n[3])});
     EXPECT_EQ(ZOR::g_vll_region(nested({3, 1, 2, 0})), expected);
     EXPECT_EQ(ZOR::g_vll_region(nested({2, 0, 3, 1})), expected);
 
     // Twins are each at depth 0 by the strict test; loops apart keep their input order.
-    EXPECT_EQ(ZOR::g_vll_region(Vll().append(rect(0, 0, 1, 1)).append(rect(0, 0, 1, 1))).len(), 2u);
-    const Regions apart =
-        ZOR::g_vll_region(Vll().append(rect(5, 0, 6, 1)).append(rect(0, 0, 1, 1)));
-    EXPECT_EQ(apart, Regions().append(region(rect(5, 0, 6, 1))).append(region(rect(0, 0, 1, 1))));
+    EXPECT_EQ(ZOR::g_vll_region(list({rect(0, 0, 1, 1), rect(0, 0, 1, 1)})).len(), 2u);
+    const Regions apart = ZOR::g_vll_region(list({rect(5, 0, 6, 1), rect(0, 0, 1, 1)}));
+    EXPECT_EQ(apart, list({region(rect(5, 0, 6, 1)), region(rect(0, 0, 1, 1))}));
     EXPECT_EQ(ZOR::g_vll_region(Vll()).len(), 0u);
     // Each sample point (middle of the first edge) lies inside the other square: no region opens.
     const Loop b = rect(2, -2, 8, 8);
     const Loop turned = chain({b[2], b[3], b[0], b[1]});  // starts with its top edge
-    EXPECT_EQ(ZOR::g_vll_region(Vll().append(rect(0, 0, 10, 10)).append(turned)).len(), 0u);
+    EXPECT_EQ(ZOR::g_vll_region(list({rect(0, 0, 10, 10), turned})).len(), 0u);
     // A single segment has depth 0 and opens a region.
-    EXPECT_EQ(
-        ZOR::g_vll_region(Vll().append(chain({L(5, 5, 6, 5)})).append(rect(0, 0, 10, 10))).len(),
-        2u);
+    EXPECT_EQ(ZOR::g_vll_region(list({chain({L(5, 5, 6, 5)}), rect(0, 0, 10, 10)})).len(), 2u);
 
     VllEx ex = toEx(nested({1, 0}));
     ex[1].attrNumber = 4;
@@ -57,40 +54,36 @@ TEST(RegionBuilding, ByPairsFlagsAndOrder) {
     // form lists islands first and each kind in descending order; the Ex form ascends.
     const Vll n = nested({0, 1, 2, 3});
     const Region island = region(n[2]), square = region(n[0], n[1]);
-    EXPECT_EQ(ZOR::g_vll_regions(n, 0), Regions().append(island).append(square));
-    EXPECT_EQ(ZOR::g_vll_regions(n, 1), Regions().append(square));
-    EXPECT_EQ(ZOR::g_vll_regions(n, 2), Regions().append(island).append(region(n[0])));
-    EXPECT_EQ(plain(ZOR::g_vll_regions(toEx(n), 0)), Regions().append(square).append(island));
-    const Vll twoTops = Vll().append(rect(0, 0, 1, 1)).append(rect(5, 0, 6, 1));
-    EXPECT_EQ(ZOR::g_vll_regions(twoTops, 0),
-              Regions().append(region(twoTops[1])).append(region(twoTops[0])));
+    EXPECT_EQ(ZOR::g_vll_regions(n, 0), list({island, square}));
+    EXPECT_EQ(ZOR::g_vll_regions(n, 1), list({square}));
+    EXPECT_EQ(ZOR::g_vll_regions(n, 2), list({island, region(n[0])}));
+    EXPECT_EQ(plain(ZOR::g_vll_regions(toEx(n), 0)), list({square, island}));
+    const Vll twoTops = list({rect(0, 0, 1, 1), rect(5, 0, 6, 1)});
+    EXPECT_EQ(ZOR::g_vll_regions(twoTops, 0), list({region(twoTops[1]), region(twoTops[0])}));
 }
 
 TEST(RegionBuilding, ByPairsCrossingAndTouching) {
-    const Vll crossing = Vll().append(rect(0, 0, 10, 10)).append(rect(5, 5, 15, 15));
+    const Vll crossing = list({rect(0, 0, 10, 10), rect(5, 5, 15, 15)});
     EXPECT_EQ(ZOR::g_vll_regions(crossing, 0).len(), 0u);
     EXPECT_EQ(ZOR::g_vll_regions(crossing, 4).len(), 2u);
 
     // A circle inside a square touching one side only tangentially doesn't cross it.
-    const Regions r =
-        ZOR::g_vll_regions(Vll().append(rect(0, 0, 10, 10)).append(circle(5, 4, 4)), 0);
+    const Regions r = ZOR::g_vll_regions(list({rect(0, 0, 10, 10), circle(5, 4, 4)}), 0);
     ASSERT_EQ(r.len(), 1u);
     EXPECT_EQ(r[0].len(), 2u);
     // A diamond touching the square with a corner from inside crosses it.
     const Loop diamond = chain({L(5, 0, 8, 3), L(8, 3, 5, 6), L(5, 6, 2, 3), L(2, 3, 5, 0)});
-    EXPECT_EQ(ZOR::g_vll_regions(Vll().append(rect(0, 0, 10, 10)).append(diamond), 0).len(), 0u);
+    EXPECT_EQ(ZOR::g_vll_regions(list({rect(0, 0, 10, 10), diamond}), 0).len(), 0u);
 
     // A loop inside two crossing loops, kept by flag 4: two containers that don't nest make
     // the plain form give up, while the Ex form empties the list in one pass.
-    const Vll twoContainers =
-        Vll().append(rect(6, 6, 8, 8)).append(crossing[0]).append(crossing[1]);
+    const Vll twoContainers = list({rect(6, 6, 8, 8), crossing[0], crossing[1]});
     EXPECT_EQ(ZOR::g_vll_regions(twoContainers, 4).len(), 0u);
     EXPECT_EQ(ZOR::g_vll_regions(toEx(twoContainers), 4).len(), 3u);
 }
 
 TEST(RegionBuilding, Prepare) {
-    const Vll in =
-        Vll().append(rect(0, 0, 1, 1).reverse()).append(chain({L(0, 0, 1, 0)})).append(Loop());
+    const Vll in = list({rect(0, 0, 1, 1).reverse(), chain({L(0, 0, 1, 0)}), Loop()});
     const Vll before = in;
     const Vll out = ZOR::g_vll_regions_prepare(in);
     ASSERT_EQ(out.len(), 1u);

@@ -19,7 +19,7 @@ std::string sides(const Vll& right, const Vll& left) {
 }
 
 TEST(Slice, OpenPolylineBySide) {
-    Vll right = Vll().append(rect(0, 0, 1, 1)), left;  // emptied by the call
+    Vll right = list({rect(0, 0, 1, 1)}), left;  // emptied by the call
     ASSERT_TRUE(ZOR::g_vl_slice(chain({L(0, -5, 0, 5)}), L(-10, 0, 10, 0), right, left));
     ASSERT_EQ(sides(right, left), "1/1");
     EXPECT_TRUE(right[0][0].start == P(0, -5));
@@ -34,7 +34,7 @@ TEST(Slice, OpenPolylineBySide) {
 
     CZorVertexArray gap = along;
     gap[1].start = P(0, 1);
-    right = Vll().append(along);
+    right = list({along});
     EXPECT_FALSE(ZOR::g_vl_slice(gap, P(-10, 0), P(10, 0), right, left));
     EXPECT_EQ(right.len(), 1u);
 }
@@ -65,7 +65,7 @@ TEST(Slice, ClosedSquare) {
     ASSERT_EQ(sides(right, left), "1/1");
     EXPECT_TRUE(right[0][0].start == P(x, 0));
     EXPECT_TRUE(right[0][-1].end == P(x, 10));
-    const Vll closed = ZOR::g_reg_slice(Vll().append(rect(0, 0, 10, 10)), arc);
+    const Vll closed = ZOR::g_reg_slice(list({rect(0, 0, 10, 10)}), arc);
     ASSERT_EQ(closed.len(), 1u);
     EXPECT_TRUE(closed[0].isClosed());
     EXPECT_NEAR(exactArea(closed[0]), 10.0 * (10.0 - x), 1e-9);
@@ -73,7 +73,7 @@ TEST(Slice, ClosedSquare) {
 
 TEST(Slice, RegionLoopsClosedAlongTheCutter) {
     // The pieces of an outer loop and a hole join with two bridges into one C-shaped outline.
-    const Vll loops = Vll().append(rect(0, 0, 10, 10)).append(rect(3, 3, 7, 7).reverse());
+    const Vll loops = list({rect(0, 0, 10, 10), rect(3, 3, 7, 7).reverse()});
     const Vll out = ZOR::g_reg_slice(loops, L(-1, 5, 11, 5));
     ASSERT_EQ(out.len(), 1u);
     EXPECT_TRUE(out[0].isClosed());
@@ -86,8 +86,8 @@ TEST(Slice, Regions) {
     const Region r = region(rect(0, 0, 10, 10), rect(3, 3, 7, 7));
     // Wholly left, wholly right (holes included), an empty region.
     EXPECT_EQ(ZOR::g_region_slice(r, P(-1, -5), P(11, -5)).len(), 0u);
-    EXPECT_EQ(ZOR::g_region_slice(r, P(-1, 20), P(11, 20)), Regions().append(r));
-    EXPECT_EQ(ZOR::g_region_slice(Region(), P(0, 0), P(1, 0)), Regions().append(Region()));
+    EXPECT_EQ(ZOR::g_region_slice(r, P(-1, 20), P(11, 20)), list({r}));
+    EXPECT_EQ(ZOR::g_region_slice(Region(), P(0, 0), P(1, 0)), list({Region()}));
     // The hole crossed by the line shapes the outline of the upper half.
     const Regions out = ZOR::g_region_slice(r, P(11, 5), P(-1, 5));
     ASSERT_EQ(out.len(), 1u);
@@ -123,9 +123,8 @@ TEST(Punch, PiecesOutsideAndInside) {
         }
     }
     // The Ex form gives every piece the attributes of its polyline.
-    const VllEx list =
-        zor_g_xvll(Vll().append(cases[0].vl).append(cases[0].vl), 2, L"a", CZorVector3d::kZAxis);
-    const VllEx pieces = ZOR::g_vll_punch(list, circle(0, 0, 5), false);
+    const VllEx lines = zor_g_xvll(list({cases[0].vl, cases[0].vl}), 2, L"a", CZorVector3d::kZAxis);
+    const VllEx pieces = ZOR::g_vll_punch(lines, circle(0, 0, 5), false);
     ASSERT_EQ(pieces.len(), 4u);
     EXPECT_EQ(pieces[3].attrNumber, 2);
     EXPECT_TRUE(pieces[3].attrText == CZorString(L"a"));

@@ -46,6 +46,14 @@ inline Loop circle(double cx, double cy, double r) {
                   CZorVertex(P(cx - r, cy), P(cx + r, cy), 1.0)});
 }
 
+// A list of the given elements, in order: loops, or regions.
+template <class T>
+CZorArrayTempl<T> list(std::initializer_list<T> items) {
+    CZorArrayTempl<T> out;
+    for (const T& t : items) out.append(t);
+    return out;
+}
+
 template <class... Holes>
 Region region(const Loop& outer, const Holes&... holes) {
     Region r;
