@@ -51,6 +51,15 @@ bool inters(const CZorPoint3d& a_in, const CZorPoint3d& b_in, const CZorPoint3d&
 }
 
 bool g_line_pt(const CZorPoint3d& a, const CZorPoint3d& b, const CZorPoint3d& p) {
+    // Whatever the tests below accept lies within the tolerance of a point of the segment, so
+    // in its box widened by the tolerance; a point well outside it (allowing for the rounding
+    // of the foot point) is turned away before any square root.
+    const double reach = 2.0 * CZorPoint3d::tol +
+                         1e-9 * (std::fabs(a.x) + std::fabs(a.y) + std::fabs(b.x) + std::fabs(b.y));
+    if (p.x + reach < std::min(a.x, b.x) || p.x - reach > std::max(a.x, b.x) ||
+        p.y + reach < std::min(a.y, b.y) || p.y - reach > std::max(a.y, b.y)) {
+        return false;
+    }
     if (p == a || p == b) return true;
     if (a == b) return false;
     const CZorPoint3d f = g_lotp(a, b, p);

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
+#include <random>
 
 namespace {
 
@@ -73,6 +75,38 @@ TEST_F(LinesTest, PointOnSegment) {
     }
     EXPECT_TRUE(ZOR::g_line_pt(a, a, P(0, 1e-6, 0)));  // a degenerate segment holds its point
     EXPECT_FALSE(ZOR::g_line_pt(a, a, P(0, 1e-3, 0)));
+}
+
+TEST_F(LinesTest, PointOnSegmentAgreesWithThePlainTests) {
+    // Points around segments of every size and place, within a few tolerances of the line,
+    // the ends and beyond them, against the tests without the box that turns far points away.
+    const auto plain = [](const P& a, const P& b, const P& p) {
+        if (p == a || p == b) return true;
+        if (a == b) return false;
+        const P f = ZOR::g_lotp(a, b, p);
+        if (p.distanceTo(f) > CZorPoint3d::tol) return false;
+        return (f - a).normalize() == (b - f).normalize();
+    };
+    std::mt19937 rng(23);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    int on = 0;
+    for (const double tol : {1e-5, 1e-2, 1e-11}) {
+        CZorPoint3dTol scope(tol);
+        for (int round = 0; round < 4000; ++round) {
+            const double scale = std::pow(10.0, 10 * unit(rng) - 4);
+            const P a(1e5 * (unit(rng) - 0.5), 1e5 * (unit(rng) - 0.5), 0);
+            const P b =
+                round % 50 == 0 ? a : a + CZorVector3d(unit(rng) - 0.5, unit(rng) - 0.5, 0) * scale;
+            // Along the segment and past its ends, or around an end, off by a few tolerances.
+            const double t = round % 2 == 0 ? 1.4 * unit(rng) - 0.2 : (round % 4 == 1 ? 0 : 1);
+            const CZorVector3d off(unit(rng) - 0.5, unit(rng) - 0.5, 0);
+            const P p = a + (b - a) * t + off * (3 * tol);
+            const bool expected = plain(a, b, p);
+            ASSERT_EQ(ZOR::g_line_pt(a, b, p), expected) << tol << " " << round;
+            on += expected;
+        }
+    }
+    EXPECT_GT(on, 2000);
 }
 
 TEST_F(LinesTest, FootOfPerpendicular) {
