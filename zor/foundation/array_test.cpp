@@ -44,10 +44,6 @@ struct Tagged {  // ordered by key only, to see stability
     bool operator==(const Tagged& o) const { return key == o.key && tag == o.tag; }
     bool operator>(const Tagged& o) const { return key > o.key; }
 };
-struct Unordered {
-    int v;
-    bool operator==(const Unordered& o) const { return v == o.v; }
-};
 struct OneSided {  // a == b when b lies in [a, a + 1]: the answer depends on the side asked
     double v;
     bool operator==(const OneSided& o) const { return o.v >= v && o.v <= v + 1.0; }
@@ -62,22 +58,27 @@ std::vector<int> items(const CZorArrayTempl<Owned>& a) {
     for (std::uint32_t k = 0; k < a.len(); ++k) out.push_back(*a.entry()[k].v);
     return out;
 }
-template <class T = int>
-CZorArrayTempl<T> make(std::initializer_list<T> list) {
+template <class T>
+CZorArrayTempl<T> make(const std::vector<T>& v) {
     CZorArrayTempl<T> a;
-    for (const T& v : list) a.append(v);
+    for (const T& x : v) a.append(x);
     return a;
+}
+template <class T>
+CZorArrayTempl<T> make(std::initializer_list<T> list) {
+    return make(std::vector<T>(list));
 }
 using V = std::vector<int>;
 
 // The adjacent-exchange sort whose result the arrays promise, written plainly.
 template <class T, class Behind>
-void bubbleSort(std::vector<T>& v, Behind behind) {
+std::vector<T> bubbleSorted(std::vector<T> v, Behind behind) {
     for (std::size_t p = 0; p + 1 < v.size(); ++p) {
         for (std::size_t j = 1; j < v.size() - p; ++j) {
             if (behind(v[j - 1], v[j])) std::swap(v[j - 1], v[j]);
         }
     }
+    return v;
 }
 
 TEST(ZorArrayTest, GrowthDoublesFromEightAndKeepsTheTailAlive) {
@@ -105,19 +106,13 @@ TEST(ZorArrayTest, GrowthDoublesFromEightAndKeepsTheTailAlive) {
 TEST(ZorArrayTest, IndexingRules) {
     CZorArrayTempl<int> a = make({10, 20, 30});
     const CZorArrayTempl<int>& c = a;
-    EXPECT_EQ(a[-1], 30);
-    EXPECT_EQ(a[-2], 20);
-    EXPECT_EQ(c[-3], 10);
-    EXPECT_EQ(c[3], 0);
-    EXPECT_EQ(a.len(), 3u);
+    EXPECT_TRUE(a[-1] == 30 && a[-2] == 20 && c[-3] == 10 && c[3] == 0 && a.len() == 3);
     a[5] = 9;
     EXPECT_TRUE(a.len() == 6 && a[5] == 9 && a[0] == 10);
     EXPECT_EQ(make({7})[-1], 7);
 
     const CZorArrayTempl<double> empty;
-    EXPECT_EQ(empty[5], 0.0);
-    EXPECT_EQ(empty[-1], 0.0);
-    EXPECT_EQ(empty.entry(), nullptr);
+    EXPECT_TRUE(empty[5] == 0.0 && empty[-1] == 0.0 && empty.entry() == nullptr);
 
     // A negative index on an empty array: one writable default per instantiation, kept.
     CZorArrayTempl<int> e1, e2;
@@ -170,10 +165,6 @@ TEST(ZorArrayTest, SlicesSetsAndOrder) {
     EXPECT_EQ(items(a.mid(1, 3)), (V{2, 3, 4}));
     EXPECT_TRUE(a.mid(2, 0).isEmpty() && a.mid(5, 1).isEmpty());
     EXPECT_EQ(items(a.reverse()), (V{5, 4, 3, 2, 1}));
-    CZorArrayTempl<int> s = a;
-    s.swap(0, 4);
-    s.swap(2, 5);  // out of range: nothing
-    EXPECT_EQ(items(s.revert()), (V{1, 4, 3, 2, 5}));
 
     CZorArrayTempl<int> d = make({1, 2, 2});
     d |= d;
@@ -185,10 +176,8 @@ TEST(ZorArrayTest, SlicesSetsAndOrder) {
     // The second pass of the intersection adds what only one side's equality sees.
     EXPECT_EQ((make<OneSided>({{0.0}}) & make<OneSided>({{0.5}}))[0].v, 0.5);
 
-    EXPECT_TRUE(make({1, 2}) < make({1, 2, 0}));
-    EXPECT_TRUE(make({1, 2, 0}) < make({1, 3}));
-    EXPECT_FALSE(make({1, 3}) < make({1, 2, 0}));
-    EXPECT_FALSE(a < a);
+    EXPECT_TRUE(make({1, 2}) < make({1, 2, 0}) && make({1, 2, 0}) < make({1, 3}));
+    EXPECT_FALSE(make({1, 3}) < make({1, 2, 0}) || a < a);
     EXPECT_TRUE(make({1, 2}) != make({1, 2, 0}));
     const CZorArrayTempl<double> n = make({1.0, std::nan("")});
     EXPECT_TRUE(n == n);
@@ -277,42 +266,29 @@ TEST(ZorArrayTest, SortEqualsAdjacentExchangeOnRandomInput) {
     std::mt19937 rng(11);
     const double pool[] = {std::nan(""), -0.0, 0.0, 1.5, -2.0, 3.0};
     const auto greater = [](auto& x, auto& y) { return x > y; };
+    const auto nanLastBehind = [](auto& x, auto& y) { return nanLast(&x, &y) > 0; };
     for (int round = 0; round < 300; ++round) {
-        CZorArrayTempl<Tagged> t;
-        CZorArrayTempl<double> d;
-        CZorArrayTempl<int> c;
-        CZorArrayTempl<CZorPoint3d> q;  // NaN coordinates make the order partial
-        std::vector<Tagged> tr;
-        std::vector<double> dr;
-        V cr;
-        std::vector<CZorPoint3d> qr;
+        std::vector<Tagged> t;
+        std::vector<double> d;
+        V c;
+        std::vector<CZorPoint3d> q;  // NaN coordinates make the order partial
         for (int k = 0, n = static_cast<int>(rng() % 40); k < n; ++k) {
-            tr.push_back({static_cast<int>(rng() % 6), k});
-            dr.push_back(pool[rng() % 6]);
-            cr.push_back(static_cast<int>(rng() % 60));
-            qr.emplace_back(pool[rng() % 6], pool[rng() % 6], k);  // z tags the point
-            t.append(tr.back());
-            d.append(dr.back());
-            c.append(cr.back());
-            q.append(qr.back());
+            t.push_back({static_cast<int>(rng() % 6), k});
+            d.push_back(pool[rng() % 6]);
+            c.push_back(static_cast<int>(rng() % 60));
+            q.emplace_back(pool[rng() % 6], pool[rng() % 6], k);  // z tags the point
         }
-        CZorArrayTempl<double> e = d;
-        std::vector<double> er = dr;
-        bubbleSort(tr, greater);
-        bubbleSort(dr, greater);
-        bubbleSort(qr, greater);
-        bubbleSort(cr, [](auto& x, auto& y) { return byLastDigit(&x, &y) > 0; });
-        bubbleSort(er, [](auto& x, auto& y) { return nanLast(&x, &y) > 0; });
-        ASSERT_EQ(items(t.sort()), tr);
-        ASSERT_EQ(items(c.sort(byLastDigit)), cr);
-        ASSERT_EQ(tags(items(q.sort())), tags(qr));
-        ASSERT_EQ(bits(items(d.sort())), bits(dr));         // NaNs stay in their slots...
-        ASSERT_EQ(bits(items(e.sort(nanLast))), bits(er));  // ...unless the comparator moves them
+        ASSERT_EQ(items(make(t).sort()), bubbleSorted(t, greater));
+        ASSERT_EQ(items(make(c).sort(byLastDigit)),
+                  bubbleSorted(c, [](auto& x, auto& y) { return byLastDigit(&x, &y) > 0; }));
+        ASSERT_EQ(tags(items(make(q).sort())), tags(bubbleSorted(q, greater)));
+        // NaNs stay in their slots, unless the comparator moves them.
+        ASSERT_EQ(bits(items(make(d).sort())), bits(bubbleSorted(d, greater)));
+        ASSERT_EQ(bits(items(make(d).sort(nanLast))), bits(bubbleSorted(d, nanLastBehind)));
     }
     CZorArrayTempl<int> c = make({3, 1, 2});
     c.sort([](const void*, const void*) { return 0; }).sort(nullptr);
     EXPECT_EQ(items(c), (V{3, 1, 2}));
-    EXPECT_EQ(make<Unordered>({{3}, {1}}).sort()[0].v, 3);
 }
 
 TEST(ZorArrayTest, PointsAreEqualWithinTheToleranceVectorsHaveNoOrder) {

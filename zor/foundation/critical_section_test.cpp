@@ -17,18 +17,14 @@ bool free_for_others(ZOR::CCriticalSect& section) {
     return taken;
 }
 
-TEST(CriticalSectTest, OwnerMayEnterAgainAndNeedsALeaveForEachEnter) {
+TEST(CriticalSectTest, OwnerEntersAgainAndALockHoldsForItsScopeWhileACopyEntersNothing) {
     ZOR::CCriticalSect section;
     section.Enter();
     section.Enter();
     section.Leave();
-    EXPECT_FALSE(free_for_others(section));
+    EXPECT_FALSE(free_for_others(section));  // each Enter needs its Leave
     section.Leave();
     EXPECT_TRUE(free_for_others(section));
-}
-
-TEST(LockTest, HoldsForItsScopeAndACopyEntersNothing) {
-    ZOR::CCriticalSect section;
     {
         const ZOR::CLock lock(section);
         EXPECT_FALSE(free_for_others(section));

@@ -64,12 +64,18 @@ TEST(ErrorHandlerTest, TranslatesFaultsIntoTheirCodes) {
     EXPECT_EQ(caught_code(read_bad_pointer), CZorErrorHandler::kAccessViolation);
 }
 
-TEST(ErrorHandlerTest, NestedScopesRestoreTheEarlierTranslator) {
+TEST(ErrorHandlerTest, NestedScopesRestoreTheEarlierTranslatorAndCopiesInstallNothing) {
     CZorErrorHandler outer;
     EXPECT_EQ(outer.oldHandler(), nullptr);
     {
         CZorErrorHandler inner(recording_translator);
         EXPECT_NE(inner.oldHandler(), nullptr);
+        const CZorErrorHandler copy(inner);
+        EXPECT_EQ(copy.oldHandler(), inner.oldHandler());
+        CZorErrorHandler assigned(recording_translator);
+        assigned = outer;
+        EXPECT_EQ(assigned.oldHandler(), nullptr);
+        // Neither the copy nor the assignment changed the active translator: the latest scope's.
         try {
             read_bad_pointer();
             ADD_FAILURE() << "the fault was not translated";
@@ -77,22 +83,9 @@ TEST(ErrorHandlerTest, NestedScopesRestoreTheEarlierTranslator) {
             EXPECT_EQ(code, static_cast<long>(CZorErrorHandler::kAccessViolation));
         }
         EXPECT_EQ(seen_fault_address, const_cast<int*>(inaccessible_page()));
+        // Leaving, `assigned` reinstalls "no translator", then `copy` and `inner` the library's.
     }
     EXPECT_EQ(caught_code(read_bad_pointer), CZorErrorHandler::kAccessViolation);
-}
-
-TEST(ErrorHandlerTest, CopiesKeepTheReplacedTranslatorAndInstallNothing) {
-    CZorErrorHandler outer;
-    CZorErrorHandler inner(recording_translator);
-    const CZorErrorHandler copy(inner);
-    EXPECT_EQ(copy.oldHandler(), inner.oldHandler());
-    CZorErrorHandler assigned(recording_translator);
-    assigned = outer;
-    EXPECT_EQ(assigned.oldHandler(), nullptr);
-    // Neither the copy nor the assignment changed the active translator: the latest scope's.
-    EXPECT_THROW(read_bad_pointer(), long);
-    // `assigned` now reinstalls "no translator" and `copy` reinstalls the library's translator
-    // when they go out of scope, in reverse order of construction.
 }
 
 TEST(ErrorHandlerDeathTest, FaultsOutsideAnyScopeKeepTheirDefaultCourse) {

@@ -46,30 +46,24 @@ TEST(ZorMapDoubleToPointTest, SortEqualsGroupingUnderDistinctNumbers) {
     const double pool[] = {-0.0, 0.0, 1.25, -3.0, 7.0, 2.0};
     for (int round = 0; round < 200; ++round) {
         CMapDoubleToPoint m;
-        for (int k = 0, n = 1 + static_cast<int>(rng() % 30); k < n; ++k) {
+        for (int k = 0, n = 1 + static_cast<int>(rng() % 30); k < n; ++k)
             m.append(pool[rng() % 6], CZorPoint3d(k, 0, 0));
-        }
         // The plain way: the distinct numbers ascending, under each its entries in order.
         const Entries in = entries(m);
         std::vector<double> distinct;
-        for (const auto& [key, x] : in) {
-            if (std::find(distinct.begin(), distinct.end(), key) == distinct.end()) {
+        for (const auto& [key, x] : in)
+            if (std::find(distinct.begin(), distinct.end(), key) == distinct.end())
                 distinct.push_back(key);
-            }
-        }
         std::sort(distinct.begin(), distinct.end());
         Entries want;
-        for (double key : distinct) {
-            for (const auto& entry : in) {
+        for (double key : distinct)
+            for (const auto& entry : in)
                 if (entry.first == key) want.push_back(entry);
-            }
-        }
         ASSERT_TRUE(m.sort());
         const Entries got = entries(m);
         ASSERT_EQ(got, want);
-        for (std::size_t k = 0; k < got.size(); ++k) {
+        for (std::size_t k = 0; k < got.size(); ++k)  // -0 and 0 keep their own signs
             ASSERT_EQ(std::signbit(got[k].first), std::signbit(want[k].first));
-        }
     }
 }
 
