@@ -155,25 +155,18 @@ TEST_F(FilesTest, ListingsSortWithDotFirstAndLeaveOutWhatTheFlagsExclude) {
     EXPECT_EQ(listed("c:", kFileDirWithPath | kFileDirSkipHidden).substr(0, prefix.size() + 5),
               prefix + L"A.TXT");
 
-    CZorArrayTempl<CZorString> names;
-    names.append(CZorString(L"keep"));
+    CZorArrayTempl<CZorString> names = testing::listOf({L"keep"});
     // Nothing matches, no such folder, an empty folder, an empty mask.
     for (const std::string& mask :
          {dir + "/*.none", dir + "/missing/*.*", dir + "/sub/", std::string()})
         EXPECT_FALSE(fileDir(names, wide(mask).c_str(), 0)) << mask;
-    ASSERT_EQ(names.len(), 1u);
-    EXPECT_STREQ(names[0], L"keep");
+    EXPECT_EQ(names, testing::listOf({L"keep"}));
 }
 
 TEST_F(FilesTest, WorkDirScopesRestoreAndOverLongDirectoryIsRefused) {
     const std::wstring start = cwd();
     {
         CWorkDirOverride scope(wide(dir_.path()).c_str());
-        EXPECT_EQ(cwd(), wide(dir_.path()));
-        {
-            CWorkDirOverride inner(L"/");
-            EXPECT_EQ(cwd(), L"/");
-        }
         EXPECT_EQ(cwd(), wide(dir_.path()));
     }
     EXPECT_EQ(cwd(), start);

@@ -42,23 +42,21 @@ class ScopedEnv {
   public:
     ScopedEnv(const char* name, const char* value) : name_(name) {
         if (const char* old = std::getenv(name)) old_ = old;
+        set(name, value);
+    }
+    ~ScopedEnv() { set(name_.c_str(), old_ ? old_->c_str() : nullptr); }
+    ScopedEnv(const ScopedEnv&) = delete;
+    ScopedEnv& operator=(const ScopedEnv&) = delete;
+
+  private:
+    static void set(const char* name, const char* value) {
         if (value != nullptr) {
             ::setenv(name, value, 1);
         } else {
             ::unsetenv(name);
         }
     }
-    ~ScopedEnv() {
-        if (old_) {
-            ::setenv(name_.c_str(), old_->c_str(), 1);
-        } else {
-            ::unsetenv(name_.c_str());
-        }
-    }
-    ScopedEnv(const ScopedEnv&) = delete;
-    ScopedEnv& operator=(const ScopedEnv&) = delete;
 
-  private:
     std::string name_;
     std::optional<std::string> old_;
 };
@@ -76,6 +74,12 @@ inline void writeFile(const std::string& path, const std::string& text = "") {
 inline std::string readFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+inline CZorArrayTempl<CZorString> listOf(std::initializer_list<const wchar_t*> texts) {
+    CZorArrayTempl<CZorString> list;
+    for (const wchar_t* text : texts) list.append(CZorString(text));
+    return list;
 }
 
 // Reads the value `name` of the key `path` below `root` through the handle layer; false if the
