@@ -70,9 +70,7 @@ TEST(PolygonBoolean, Figures) {
 
 TEST(PolygonBoolean, TrimToLoop) {
     const Loop sq = rect(0, 0, 10, 10);
-    const CZorVertexArray in = zor_g_vl_vl_trim(chain({L(-5, 5, 15, 5)}), sq);
-    ASSERT_EQ(in.len(), 1);
-    EXPECT_NEAR(in.geomLength(), 10.0, 1e-9);
+    EXPECT_EQ(zor_g_vl_vl_trim(chain({L(-5, 5, 15, 5)}), sq), chain({L(0, 5, 10, 5)}));
     EXPECT_EQ(zor_g_vl_vl_trim(chain({L(2, 5, 8, 5)}), sq).len(), 0);
     // An arc inside a circle, touching it from within: a tangent contact doesn't cut.
     const CZorVertexArray touching(CZorVertex(P(3, -2), P(3, 2), 1.0));
