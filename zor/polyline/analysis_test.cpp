@@ -8,16 +8,11 @@
 
 #include "zor/polyline/test_shapes.h"
 
+namespace zor_test {
 namespace {
 
-using zor_test::P;
-using zor_test::Points;
-using zor_test::Polygon;
-
-constexpr double kPi = 3.141592653589793;
-
 TEST(PointInsideTest, EvenOddWithEdgesAndCorners) {
-    const CZorVertexArray square = zor_test::Rect(0, 0, 2, 2);
+    const CZorVertexArray square = Rect(0, 0, 2, 2);
     EXPECT_TRUE(ZOR::g_vl_pt_inside(square, P(1, 1), false));
     EXPECT_FALSE(ZOR::g_vl_pt_inside(square, P(3, 1), true));
     EXPECT_TRUE(ZOR::g_vl_pt_inside(square, P(2, 1), true));
@@ -31,13 +26,13 @@ TEST(PointInsideTest, EvenOddWithEdgesAndCorners) {
 }
 
 TEST(PointInsideTest, ArcsBoundTheInside) {
-    const CZorVertexArray circle = zor_test::Circle(0, 0, 1);
+    const CZorVertexArray circle = Circle(0, 0, 1);
     EXPECT_TRUE(ZOR::g_vl_pt_inside(circle, P(0.7, 0.7), false));
     EXPECT_FALSE(ZOR::g_vl_pt_inside(circle, P(0.72, 0.72), false));
     EXPECT_TRUE(ZOR::g_vl_pt_inside(circle, P(0, -1), true));
     // A positive bulge swells to the right of travel: the bottom side of a counter-clockwise
     // square bulges out below and holds points under its chord; a negative one dents it.
-    CZorVertexArray bulged = zor_test::Rect(0, 0, 2, 2);
+    CZorVertexArray bulged = Rect(0, 0, 2, 2);
     bulged[0].bulge = 0.5;
     EXPECT_TRUE(ZOR::g_vl_pt_inside(bulged, P(1, -0.4), false));
     bulged[0].bulge = -0.5;
@@ -87,7 +82,7 @@ TEST(PointInsideTest, HierarchyAnswersLikeThePlainTest) {
         EXPECT_LT(inside, 190);
     }
     // A first ray through a corner is thrown away by both, after the same draws.
-    const CZorVertexArray square = zor_test::Rect(0, 0, 2, 2);
+    const CZorVertexArray square = Rect(0, 0, 2, 2);
     const ZOR::detail::PointInsideTester tester(square);
     std::srand(3);
     EXPECT_TRUE(ZOR::g_vl_pt_inside(square, P(1.5, 1), false));
@@ -152,33 +147,31 @@ TEST(PointInsideTest, HierarchyAnswersLikeThePlainTestAfterTheToleranceMoved) {
     CZorPoint3d::tol = saved;
 }
 
-TEST(StaticsTest, RectangleValues) {
+TEST(StaticsTest, PolygonValues) {
+    // Either way round the same area, centre and moments about the axes; the principal values
+    // follow the signed formula, so they hold for the counter-clockwise list (d negative: phi is
+    // pi/2).
     Statics st;
-    ASSERT_TRUE(ZOR::g_pl_statics(Points({P(0, 0), P(4, 0), P(4, 2), P(0, 2)}), st));
-    EXPECT_DOUBLE_EQ(st.area, 8.0);
+    for (const CZorPoint3dArray& pts : {Points({P(0, 2), P(4, 2), P(4, 0), P(0, 0)}),
+                                        Points({P(0, 0), P(4, 0), P(4, 2), P(0, 2)})}) {
+        ASSERT_TRUE(ZOR::g_pl_statics(pts, st));
+        EXPECT_DOUBLE_EQ(st.area, 8.0);
+        ExpectPoint(st.center, 2, 1);
+        EXPECT_NEAR(st.ix, 8.0 / 3, 1e-12);
+        EXPECT_NEAR(st.iy, 32.0 / 3, 1e-12);
+    }
     EXPECT_DOUBLE_EQ(st.center.x, 2.0);
     EXPECT_DOUBLE_EQ(st.center.y, 1.0);
-    EXPECT_NEAR(st.ix, 8.0 / 3, 1e-12);
-    EXPECT_NEAR(st.iy, 32.0 / 3, 1e-12);
     EXPECT_NEAR(st.ixy, 0.0, 1e-12);
     EXPECT_NEAR(st.i1, 32.0 / 3, 1e-12);
     EXPECT_NEAR(st.i2, 8.0 / 3, 1e-12);
-    EXPECT_NEAR(st.phi, kPi / 2, 1e-12);  // d is negative
-
-    Statics cw;
-    ASSERT_TRUE(ZOR::g_pl_statics(Points({P(0, 2), P(4, 2), P(4, 0), P(0, 0)}), cw));
-    EXPECT_DOUBLE_EQ(cw.area, st.area);
-    EXPECT_NEAR(cw.ix, st.ix, 1e-12);
-    EXPECT_NEAR(cw.iy, st.iy, 1e-12);
-    EXPECT_NEAR(cw.center.x, 2.0, 1e-12);
-    EXPECT_NEAR(cw.center.y, 1.0, 1e-12);
-
+    EXPECT_NEAR(st.phi, kPi / 2, 1e-12);
+    // A square has d = 0: no product moment, equal principal moments.
     Statics square;
     ASSERT_TRUE(ZOR::g_pl_statics(Points({P(1, 1), P(3, 1), P(3, 3), P(1, 3)}), square));
     EXPECT_EQ(square.ixy, 0.0);
     EXPECT_EQ(square.phi, 0.0);
     EXPECT_EQ(square.i1, square.i2);
-
     Statics untouched;
     untouched.area = 99;
     EXPECT_FALSE(ZOR::g_pl_statics(Points({P(0, 0), P(1, 0)}), untouched));
@@ -187,7 +180,7 @@ TEST(StaticsTest, RectangleValues) {
 
 TEST(StaticsTest, ShapesWithArcsAgainstClosedForms) {
     Statics circle;
-    ASSERT_TRUE(ZOR::g_vl_statics(zor_test::Circle(3, 4, 2), circle));
+    ASSERT_TRUE(ZOR::g_vl_statics(Circle(3, 4, 2), circle));
     EXPECT_DOUBLE_EQ(circle.area, 4 * kPi);
     EXPECT_DOUBLE_EQ(circle.ix, 4 * kPi);
     EXPECT_DOUBLE_EQ(circle.i2, 4 * kPi);
@@ -196,11 +189,8 @@ TEST(StaticsTest, ShapesWithArcsAgainstClosedForms) {
     // Half disc of radius 10 on the x axis: area pi r^2 / 2, centroid 4r / (3 pi) above it,
     // second moment about the diameter pi r^4 / 8.
     const double r = 10.0;
-    CZorVertexArray half;
-    half.append(CZorVertex(P(r, 0), P(-r, 0), 1.0));
-    half.append(CZorVertex(P(-r, 0), P(r, 0), 0.0));
     Statics st;
-    ASSERT_TRUE(ZOR::g_vl_statics(half, st));
+    ASSERT_TRUE(ZOR::g_vl_statics(Chain({A(r, 0, -r, 0, 1.0), L(-r, 0, r, 0)}), st));
     const double area = kPi * r * r / 2;
     const double yc = 4 * r / (3 * kPi);
     // Chords within 0.01 of an outward arc lose at most 0.01 times its length, never gain.
@@ -214,13 +204,8 @@ TEST(StaticsTest, ShapesWithArcsAgainstClosedForms) {
 
     // A 10 x 10 square with a half disc of radius 2 bitten out of its bottom side: the square's
     // values less those of the half disc, moved to the common centre of gravity.
-    CZorVertexArray bitten;
-    bitten.append(CZorVertex(P(0, 0), P(3, 0), 0.0));
-    bitten.append(CZorVertex(P(3, 0), P(7, 0), -1.0));
-    bitten.append(CZorVertex(P(7, 0), P(10, 0), 0.0));
-    bitten.append(CZorVertex(P(10, 0), P(10, 10), 0.0));
-    bitten.append(CZorVertex(P(10, 10), P(0, 10), 0.0));
-    bitten.append(CZorVertex(P(0, 10), P(0, 0), 0.0));
+    const CZorVertexArray bitten = Chain({L(0, 0, 3, 0), A(3, 0, 7, 0, -1.0), L(7, 0, 10, 0),
+                                          L(10, 0, 10, 10), L(10, 10, 0, 10), L(0, 10, 0, 0)});
     ASSERT_TRUE(ZOR::g_vl_statics(bitten, st));
     const double biteArea = 2 * kPi;
     const double netArea = 100 - biteArea;
@@ -239,94 +224,84 @@ TEST(StaticsTest, CentreOfGravity) {
     CZorPoint3d out;
     int orient = -5;
     EXPECT_FALSE(ZOR::g_schw_p(CZorPoint3dArray(), out, orient));
+    EXPECT_EQ(ZOR::g_schw_p(CZorPoint3dArray(), orient), P(0, 0));
     ASSERT_TRUE(ZOR::g_schw_p(Points({P(2, 3)}), out, orient));
     EXPECT_EQ(out, P(2, 3));
     ASSERT_TRUE(ZOR::g_schw_p(Points({P(0, 0), P(2, 4)}), out, orient));
     EXPECT_EQ(out, P(1, 2));
-    EXPECT_EQ(orient, -5);
+    EXPECT_EQ(orient, -5);  // not written for one or two points
     const CZorPoint3dArray triangle = Points({P(0, 0), P(3, 0), P(0, 3)});
     ASSERT_TRUE(ZOR::g_schw_p(triangle, out, orient));
-    EXPECT_NEAR(out.x, 1.0, 1e-12);
-    EXPECT_NEAR(out.y, 1.0, 1e-12);
+    ExpectPoint(out, 1, 1);
     EXPECT_EQ(orient, 1);
     EXPECT_NEAR(ZOR::g_schw_p(triangle.reverse(), orient).x, 1.0, 1e-12);
     EXPECT_EQ(orient, 0);
-    EXPECT_EQ(ZOR::g_schw_p(CZorPoint3dArray(), orient), P(0, 0));
 }
 
 TEST(ModelTest, ShapeCodes) {
-    CZorString name;
-    double rot = 0.0;
-    ASSERT_TRUE(ZOR::g_vl_model(zor_test::Rect(3, 3, 10, 5), name, rot));
-    EXPECT_TRUE(name == L"0L_2L_4L_6L");
-    EXPECT_EQ(rot, 0.0);
-
-    CZorVertexArray stadium;
-    stadium.append(CZorVertex(P(0, 0), P(4, 0), 0.0));
-    stadium.append(CZorVertex(P(4, 0), P(4, 2), 1.0));
-    stadium.append(CZorVertex(P(4, 2), P(0, 2), 0.0));
-    stadium.append(CZorVertex(P(0, 2), P(0, 0), 1.0));
-    ASSERT_TRUE(ZOR::g_vl_model(stadium, name, rot));
-    EXPECT_TRUE(name == L"0L_2X_4L_6X");
-    // Starting with an arc, clockwise: reverted, then turned to a straight start.
-    ASSERT_TRUE(ZOR::g_vl_model(stadium.reverse(), name, rot));
-    EXPECT_TRUE(name == L"0L_2X_4L_6X");
-
-    CZorVertexArray turned = zor_test::Rect(0, 0, 2, 2);
+    const CZorVertexArray stadium =
+        Chain({L(0, 0, 4, 0), A(4, 0, 4, 2, 1.0), L(4, 2, 0, 2), A(0, 2, 0, 0, 1.0)});
+    CZorVertexArray turned = Rect(0, 0, 2, 2);
     turned.rotate(kPi / 2, P(0, 0));
-    rot = 1.0;
-    ASSERT_TRUE(ZOR::g_vl_model(turned, name, rot));
-    EXPECT_TRUE(name == L"0L_2L_4L_6L");
-    EXPECT_NEAR(rot, 1.0 + kPi / 2, 1e-12);  // added, not set
-
-    rot = 0.0;
-    ASSERT_TRUE(ZOR::g_vl_model(CZorVertexArray(), name, rot));
-    EXPECT_TRUE(name == L"0L");
-    EXPECT_EQ(rot, 0.0);
-
-    ASSERT_TRUE(ZOR::g_vl_model(zor_test::Circle(0, 0, 1), name, rot));
-    EXPECT_TRUE(name == L"0X_4X");
-    EXPECT_NEAR(rot, kPi, 1e-12);
-    EXPECT_EQ(CZorPoint3d::tol, 1e-5);
+    // The turn of the first straight segment onto +X is added to `rot`, not set. A polyline
+    // starting with a clockwise arc is reverted, then turned to a straight start. The empty one
+    // reads a default segment; the circle turns its first chord.
+    struct Case {
+        CZorVertexArray vl;
+        const wchar_t* name;
+        double rotIn, rotOut;
+    };
+    for (const Case& c :
+         {Case{Rect(3, 3, 10, 5), L"0L_2L_4L_6L", 0.0, 0.0},
+          Case{stadium, L"0L_2X_4L_6X", 0.0, 0.0},
+          Case{stadium.reverse(), L"0L_2X_4L_6X", 0.0, std::nan("")},
+          Case{turned, L"0L_2L_4L_6L", 1.0, 1.0 + kPi / 2},
+          Case{CZorVertexArray(), L"0L", 0.5, 0.5}, Case{Circle(0, 0, 1), L"0X_4X", 0.0, kPi}}) {
+        SCOPED_TRACE(c.name);
+        CZorString name;
+        double rot = c.rotIn;
+        ASSERT_TRUE(ZOR::g_vl_model(c.vl, name, rot));
+        EXPECT_TRUE(name == c.name);
+        if (!std::isnan(c.rotOut)) {
+            EXPECT_NEAR(rot, c.rotOut, 1e-12);
+        }
+        EXPECT_EQ(CZorPoint3d::tol, 1e-5);
+    }
 }
 
 TEST(ReferencePointTest, NamedPointsOfAFourSidedOutline) {
-    const CZorVertexArray rect = zor_test::Rect(0, 0, 4, 2);
-    EXPECT_EQ(ZOR::g_vl_point(rect, L"BL"), P(0, 0));
-    EXPECT_EQ(ZOR::g_vl_point(rect, L"BC"), P(2, 0));
-    EXPECT_EQ(ZOR::g_vl_point(rect, L"BR"), P(4, 0));
-    EXPECT_EQ(ZOR::g_vl_point(rect, L"CL"), P(0, 1));
-    EXPECT_EQ(ZOR::g_vl_point(rect, L"CC"), P(2, 1));
-    EXPECT_EQ(ZOR::g_vl_point(rect, L"CR"), P(4, 1));
-    EXPECT_EQ(ZOR::g_vl_point(rect, L"TL"), P(0, 2));
-    EXPECT_EQ(ZOR::g_vl_point(rect, L"TC"), P(2, 2));
-    EXPECT_EQ(ZOR::g_vl_point(rect, L"TR"), P(4, 2));
+    const CZorVertexArray rect = Rect(0, 0, 4, 2);
+    const wchar_t rows[] = L"BCT";
+    const wchar_t columns[] = L"LCR";
+    for (int row = 0; row < 3; ++row) {
+        for (int column = 0; column < 3; ++column) {
+            const wchar_t key[] = {rows[row], columns[column], L'\0'};
+            EXPECT_EQ(ZOR::g_vl_point(rect, key), P(2 * column, row)) << row << column;
+        }
+    }
     EXPECT_EQ(ZOR::g_vl_point(rect, L"XX"), P(0, 0));
     EXPECT_EQ(ZOR::g_vl_point(Polygon({P(5, 5), P(6, 5), P(6, 6)}), L"CC"), P(0, 0));
 }
 
-TEST(EqualityTest, SameShapeAndSamePlace) {
-    const CZorVertexArray square = zor_test::Rect(0, 0, 2, 2);
-    const CZorVertexArray moved = zor_test::Rect(100, 0, 102, 2);
+TEST(EqualityTest, SameShapeSamePlaceAndSymmetry) {
+    const CZorVertexArray square = Rect(0, 0, 2, 2);
+    const CZorVertexArray moved = Rect(100, 0, 102, 2);
     EXPECT_TRUE(ZOR::g_vl_equal(square, moved, 1e-5));
     EXPECT_FALSE(ZOR::g_vl_equal1(square, moved, 1e-5));
     EXPECT_TRUE(ZOR::g_vl_equal1(square, square.reverse(), 1e-5));
     EXPECT_TRUE(ZOR::g_vl_equal(square, Polygon({P(2, 0), P(2, 2), P(0, 2), P(0, 0)}), 1e-5));
-    EXPECT_FALSE(ZOR::g_vl_equal(square, zor_test::Rect(0, 0, 2, 2.1), 1e-5));
-    EXPECT_TRUE(ZOR::g_vl_equal(square, zor_test::Rect(0, 0, 2, 2.001), 0.01));
+    EXPECT_FALSE(ZOR::g_vl_equal(square, Rect(0, 0, 2, 2.1), 1e-5));
+    EXPECT_TRUE(ZOR::g_vl_equal(square, Rect(0, 0, 2, 2.001), 0.01));
     // In place, the boxes' diagonals are held to the vector tolerance, not to `tol`.
-    EXPECT_FALSE(ZOR::g_vl_equal1(square, zor_test::Rect(0, 0, 2, 2.001), 0.01));
+    EXPECT_FALSE(ZOR::g_vl_equal1(square, Rect(0, 0, 2, 2.001), 0.01));
     CZorVertexArray bulged = square;
     bulged[1].bulge = 0.3;
     EXPECT_FALSE(ZOR::g_vl_equal(square, bulged, 1e-5));
     EXPECT_EQ(CZorPoint3d::tol, 1e-5);
-}
 
-TEST(EqualityTest, Symmetry) {
-    EXPECT_TRUE(ZOR::g_vl_is_symmetric(zor_test::Rect(1, 1, 5, 2), 0.0));
-    EXPECT_TRUE(ZOR::g_vl_is_symmetric(zor_test::Rect(1, 1, 5, 2), kPi / 2));
-    const CZorVertexArray leaning = Polygon({P(0, 0), P(4, 0), P(5, 2), P(1, 2)});
-    EXPECT_FALSE(ZOR::g_vl_is_symmetric(leaning, kPi / 2));
+    EXPECT_TRUE(ZOR::g_vl_is_symmetric(Rect(1, 1, 5, 2), 0.0));
+    EXPECT_TRUE(ZOR::g_vl_is_symmetric(Rect(1, 1, 5, 2), kPi / 2));
+    EXPECT_FALSE(ZOR::g_vl_is_symmetric(Polygon({P(0, 0), P(4, 0), P(5, 2), P(1, 2)}), kPi / 2));
     const CZorVertexArray trapezoid = Polygon({P(0, 0), P(4, 0), P(3, 2), P(1, 2)});
     EXPECT_TRUE(ZOR::g_vl_is_symmetric(trapezoid, kPi / 2));
     EXPECT_FALSE(ZOR::g_vl_is_symmetric(trapezoid, 0.0));
@@ -335,25 +310,13 @@ TEST(EqualityTest, Symmetry) {
 
 TEST(NormalStartTest, StartsAtTheLowerLeftCorner) {
     const CZorVertexArray rect = Polygon({P(4, 3), P(1, 3), P(1, 1), P(4, 1)});
-    const CZorVertexArray normal = ZOR::g_vl_normal(rect, false);
-    ASSERT_EQ(normal.len(), 4);
-    EXPECT_EQ(normal[0].start, P(1, 1));
-    EXPECT_TRUE(normal.isClosed());
-    const CZorVertexArray atOrigin = ZOR::g_vl_normal(rect, true);
-    EXPECT_EQ(atOrigin[0].start, P(0, 0));
-    EXPECT_EQ(atOrigin[0].end, P(3, 0));
+    EXPECT_EQ(ZOR::g_vl_normal(rect, false), Polygon({P(1, 1), P(4, 1), P(4, 3), P(1, 3)}));
+    EXPECT_EQ(ZOR::g_vl_normal(rect, true), Rect(0, 0, 3, 2));
 }
 
 TEST(OutwardDirectionTest, OneClassPerSegment) {
-    const CZorArrayTempl<int> ccw = ZOR::g_vl_oktant(zor_test::Rect(0, 0, 1, 1));
-    ASSERT_EQ(ccw.len(), 4u);
-    EXPECT_EQ(ccw[0], 6);
-    EXPECT_EQ(ccw[1], 0);
-    EXPECT_EQ(ccw[2], 2);
-    EXPECT_EQ(ccw[3], 4);
-    const CZorArrayTempl<int> cw = ZOR::g_vl_oktant(zor_test::Rect(0, 0, 1, 1).reverse());
-    EXPECT_EQ(cw[0], 4);
-    EXPECT_EQ(cw[3], 6);
+    EXPECT_EQ(ZOR::g_vl_oktant(Rect(0, 0, 1, 1)), List<int>({6, 0, 2, 4}));
+    EXPECT_EQ(ZOR::g_vl_oktant(Rect(0, 0, 1, 1).reverse()), List<int>({4, 2, 0, 6}));
 }
 
 TEST(NearestPolylineTest, FirstOfTheNearest) {
@@ -361,11 +324,10 @@ TEST(NearestPolylineTest, FirstOfTheNearest) {
     EXPECT_FALSE(ZOR::g_vll_near(CZorArrayTempl<CZorVertexArray>(), P(0, 0), index));
     EXPECT_EQ(index, 77u);
     CZorArrayTempl<CZorVertexArray> vll;
-    vll.append(zor_test::Rect(10, 10, 12, 12));
-    vll.append(zor_test::Rect(0, 0, 2, 2));
-    vll.append(zor_test::Rect(0, 0, 2, 2));
+    vll.append(Rect(10, 10, 12, 12)).append(Rect(0, 0, 2, 2)).append(Rect(0, 0, 2, 2));
     ASSERT_TRUE(ZOR::g_vll_near(vll, P(1, -1), index));
     EXPECT_EQ(index, 1u);
 }
 
 }  // namespace
+}  // namespace zor_test

@@ -5,126 +5,87 @@
 #include "zor/polyline/test_shapes.h"
 #include "zor/polyline/vertexarray.h"
 
+namespace zor_test {
 namespace {
 
-using zor_test::P;
-using zor_test::Polygon;
-
-constexpr double kPi = 3.141592653589793;
-
-CZorVertex L(CZorPoint3d a, CZorPoint3d b) {
-    return CZorVertex(a, b, 0.0);
-}
-
 TEST(NormTest, ZeroLengthSegmentsGoAndTheNormalResets) {
-    CZorVertexArray points;
-    points.append(L(P(1, 1), P(1, 1)));
-    points.append(CZorVertex(P(2, 2), P(2, 2), 0.5));
-    points.setNormal(CZorVector3d(0, 0, -1));
-    points.norm(false);
-    EXPECT_EQ(points.len(), 0);
-    EXPECT_EQ(points.normal(), CZorVector3d::kZAxis);
-
-    CZorVertexArray one;
-    one.append(L(P(0, 0), P(1, 0)));
-    one.append(L(P(1, 0), P(1, 0)));
-    one.setNormal(CZorVector3d(0, 0, -1));
-    one.norm(true);
-    ASSERT_EQ(one.len(), 1);
-    EXPECT_EQ(one.normal(), CZorVector3d::kZAxis);
-
-    CZorVertexArray kept = zor_test::Rect(0, 0, 1, 1);
-    kept.setNormal(CZorVector3d(0, 0, -1));
-    kept.norm(false);
-    EXPECT_EQ(kept.normal(), CZorVector3d(0, 0, -1));
+    // Nothing left, or one real segment left: the normal goes back to +Z. A polyline that
+    // keeps its segments keeps its normal.
+    struct Case {
+        CZorVertexArray vl;
+        bool keepStart;
+        int left;
+        CZorVector3d normal;
+    };
+    for (const Case& c :
+         {Case{Chain({L(1, 1, 1, 1), A(2, 2, 2, 2, 0.5)}), false, 0, CZorVector3d::kZAxis},
+          Case{Chain({L(0, 0, 1, 0), L(1, 0, 1, 0)}), true, 1, CZorVector3d::kZAxis},
+          Case{Rect(0, 0, 1, 1), false, 4, CZorVector3d(0, 0, -1)}}) {
+        CZorVertexArray vl = c.vl;
+        vl.setNormal(CZorVector3d(0, 0, -1));
+        vl.norm(c.keepStart);
+        EXPECT_EQ(vl.len(), c.left);
+        EXPECT_EQ(vl.normal(), c.normal);
+    }
 }
 
-TEST(NormTest, CollinearLinesMergeAlsoWhenDoublingBack) {
-    CZorVertexArray ahead = Polygon({P(0, 0), P(1, 0), P(3, 0)}, false);
-    ahead.norm(false);
-    ASSERT_EQ(ahead.len(), 1);
-    EXPECT_EQ(ahead[0].end, P(3, 0));
-    CZorVertexArray back = Polygon({P(0, 0), P(2, 0), P(1, 0)}, false);
-    back.norm(false);
-    ASSERT_EQ(back.len(), 1);
-    EXPECT_EQ(back[0].end, P(1, 0));
-    CZorVertexArray spike = Polygon({P(0, 0), P(2, 0), P(0, 0)}, false);
-    spike.norm(false);
-    EXPECT_EQ(spike.len(), 0);
-}
-
-TEST(NormTest, ClosingJointWithAndWithoutKeepStart) {
-    // The extra corner lies inside the first side; it isn't the first point.
-    CZorVertexArray inner = Polygon({P(0, 0), P(1, 0), P(2, 0), P(2, 2), P(0, 2)});
-    inner.norm(false);
-    EXPECT_EQ(inner.len(), 4);
-    CZorVertexArray innerKeep = Polygon({P(0, 0), P(1, 0), P(2, 0), P(2, 2), P(0, 2)});
-    innerKeep.norm(true);
-    EXPECT_EQ(innerKeep.len(), 4);
-
-    // The first point lies in the middle of a side.
+TEST(NormTest, MergesAndTheStartPoint) {
     const CZorVertexArray startMid = Polygon({P(1, 0), P(2, 0), P(2, 2), P(0, 2), P(0, 0)});
-    CZorVertexArray merged = startMid;
-    merged.norm(false);
-    ASSERT_EQ(merged.len(), 4);
-    EXPECT_EQ(merged[0].start, P(2, 0));
-    EXPECT_EQ(merged[3].start, P(0, 0));
-    EXPECT_EQ(merged[3].end, P(2, 0));
-    EXPECT_TRUE(merged.isClosed());
-    CZorVertexArray keep = startMid;
-    keep.norm(true);
-    ASSERT_EQ(keep.len(), 5);
-    EXPECT_EQ(keep[0].start, P(1, 0));
+    const CZorVertexArray extraCorner = Polygon({P(0, 0), P(1, 0), P(2, 0), P(2, 2), P(0, 2)});
+    struct Case {
+        const char* what;
+        CZorVertexArray vl;
+        bool keepStart;
+        CZorVertexArray expected;
+    };
+    for (const Case& c :
+         {// Collinear lines merge, also when doubling back; a spike leaves nothing.
+          Case{"ahead", Polygon({P(0, 0), P(1, 0), P(3, 0)}, false), false,
+               CZorVertexArray(L(0, 0, 3, 0))},
+          Case{"back", Polygon({P(0, 0), P(2, 0), P(1, 0)}, false), false,
+               CZorVertexArray(L(0, 0, 1, 0))},
+          Case{"spike", Polygon({P(0, 0), P(2, 0), P(0, 0)}, false), false, CZorVertexArray()},
+          // An extra corner inside the first side that isn't the first point goes either way.
+          Case{"extra corner", extraCorner, false, Rect(0, 0, 2, 2)},
+          Case{"extra corner kept start", extraCorner, true, Rect(0, 0, 2, 2)},
+          // A first point in the middle of a side goes, unless the start is kept.
+          Case{"start mid", startMid, false, Polygon({P(2, 0), P(2, 2), P(0, 2), P(0, 0)})},
+          Case{"start mid kept", startMid, true, startMid},
+          // Two half circles of one circle stay two: a full circle is not one arc.
+          Case{"halves", Circle(0, 0, 1), false, Circle(0, 0, 1)}}) {
+        SCOPED_TRACE(c.what);
+        CZorVertexArray vl = c.vl;
+        vl.norm(c.keepStart);
+        EXPECT_EQ(vl, c.expected);
+    }
 }
 
-TEST(NormTest, ArcsMergeOnOneCircleButNeverIntoAFullCircle) {
-    CZorVertexArray halves = zor_test::Circle(0, 0, 1);
-    halves.norm(false);
-    EXPECT_EQ(halves.len(), 2);
-
+TEST(NormTest, QuarterArcsMergeButNeverIntoAFullCircle) {
     const double q = std::tan(kPi / 8);
-    CZorVertexArray quarters;
-    quarters.append(CZorVertex(P(1, 0), P(0, 1), q));
-    quarters.append(CZorVertex(P(0, 1), P(-1, 0), q));
-    quarters.append(CZorVertex(P(-1, 0), P(0, -1), q));
-    quarters.append(CZorVertex(P(0, -1), P(1, 0), q));
-
+    const CZorVertexArray quarters =
+        Chain({A(1, 0, 0, 1, q), A(0, 1, -1, 0, q), A(-1, 0, 0, -1, q), A(0, -1, 1, 0, q)});
     // Across the closing joint the last quarter takes in the first two before the circle would
     // close, so the walk starts at the third: three quarters from (-1,0), then the second one.
     CZorVertexArray merged = quarters;
     merged.norm(false);
-    ASSERT_EQ(merged.len(), 2);
-    EXPECT_EQ(merged[0].start, P(-1, 0));
-    EXPECT_EQ(merged[0].end, P(0, 1));
-    EXPECT_NEAR(merged[0].bulge, std::tan(3 * kPi / 8), 1e-12);
-    EXPECT_EQ(merged[1], quarters[1]);
-    EXPECT_TRUE(merged.isClosed());
-
+    ExpectNear(merged, Chain({A(-1, 0, 0, 1, std::tan(3 * kPi / 8)), quarters[1]}), 1e-12);
     // Keeping the start: the first three merge from (1,0), the fourth stays alone.
     CZorVertexArray kept = quarters;
     kept.norm(true);
-    ASSERT_EQ(kept.len(), 2);
-    EXPECT_EQ(kept[0].start, P(1, 0));
-    EXPECT_EQ(kept[0].end, P(0, -1));
-    EXPECT_EQ(kept[1], quarters[3]);
+    ExpectNear(kept, Chain({A(1, 0, 0, -1, std::tan(3 * kPi / 8)), quarters[3]}), 1e-12);
 }
 
 TEST(NormTest, JointsBecomeBitEqualGapsStay) {
-    CZorVertexArray vl;
-    vl.append(L(P(0, 0), P(1, 0)));
-    vl.append(L(P(1, 3e-6), P(1, 1)));
-    vl.append(L(P(1, 1), P(0, 1)));
-    vl.append(L(P(0, 1), P(0, 4e-6)));
-    vl.append(L(P(5, 5), P(6, 7)));  // a gap far above tolerance
+    CZorVertexArray vl = Chain({L(0, 0, 1, 0), L(1, 3e-6, 1, 1), L(1, 1, 0, 1), L(0, 1, 0, 4e-6),
+                                L(5, 5, 6, 7)});  // the last gap far above tolerance
     vl.norm(true);
     ASSERT_EQ(vl.len(), 5);
     EXPECT_EQ(vl[0].end.y, vl[1].start.y);
     EXPECT_EQ(vl[0].end.y, 3e-6);
     EXPECT_EQ(vl[2].end.x, vl[3].start.x);
     EXPECT_NE(vl[3].end, vl[4].start);
-
     // The closing joint is snapped too: the last end takes the first start.
-    CZorVertexArray loop = zor_test::Rect(0, 0, 1, 1);
+    CZorVertexArray loop = Rect(0, 0, 1, 1);
     loop[3].end = P(0, 4e-6);
     loop.norm(true);
     ASSERT_EQ(loop.len(), 4);
@@ -132,78 +93,64 @@ TEST(NormTest, JointsBecomeBitEqualGapsStay) {
 }
 
 TEST(CloseTest, BridgesGapsAndClosesOnRequest) {
-    CZorVertexArray gap;
-    gap.append(L(P(0, 0), P(1, 0)));
-    gap.append(L(P(2, 0), P(3, 1)));
-    CZorVertexArray open = gap;
-    open.close(false);
-    ASSERT_EQ(open.len(), 3);
-    EXPECT_EQ(open[1], L(P(1, 0), P(2, 0)));
-    EXPECT_FALSE(open.isClosed());
-    CZorVertexArray closed = gap;
-    closed.close(true);
-    ASSERT_EQ(closed.len(), 4);
-    EXPECT_EQ(closed[3], L(P(3, 1), P(0, 0)));
-    EXPECT_TRUE(closed.isClosed());
-
-    CZorVertexArray single(L(P(0, 0), P(1, 0)));
-    single.close(true);
-    ASSERT_EQ(single.len(), 2);
-    EXPECT_EQ(single[1], L(P(1, 0), P(0, 0)));
-
-    CZorVertexArray already = zor_test::Rect(0, 0, 1, 1);
-    already.close(true);
-    EXPECT_EQ(already, zor_test::Rect(0, 0, 1, 1));
-
-    CZorVertexArray empty;
-    empty.close(false);
-    ASSERT_EQ(empty.len(), 1);
-    EXPECT_EQ(empty[0], CZorVertex());
+    const CZorVertexArray gap = Chain({L(0, 0, 1, 0), L(2, 0, 3, 1)});
+    struct Case {
+        CZorVertexArray vl;
+        bool closeIt;
+        CZorVertexArray expected;
+    };
+    for (const Case& c : {Case{gap, false, Chain({L(0, 0, 1, 0), L(1, 0, 2, 0), L(2, 0, 3, 1)})},
+                          Case{gap, true, Polygon({P(0, 0), P(1, 0), P(2, 0), P(3, 1)})},
+                          Case{CZorVertexArray(L(0, 0, 1, 0)), true, Polygon({P(0, 0), P(1, 0)})},
+                          Case{Rect(0, 0, 1, 1), true, Rect(0, 0, 1, 1)},
+                          Case{Rect(0, 0, 1, 1), false, Rect(0, 0, 1, 1)},
+                          Case{CZorVertexArray(), false, CZorVertexArray(CZorVertex())}}) {
+        CZorVertexArray vl = c.vl;
+        vl.close(c.closeIt);
+        EXPECT_EQ(vl, c.expected);
+    }
 }
 
 TEST(JoinTest, OneSegment) {
-    CZorVertexArray vl(L(P(0, 0), P(1, 0)));
-    const CZorVertex reversedFit = L(P(2, 0), P(1, 0));
-    EXPECT_FALSE(vl.join(reversedFit, false));
+    // A segment that fits only reversed is refused without allowReverse; at the start it is
+    // attached reversed too; what fits nowhere is refused.
+    CZorVertexArray vl(L(0, 0, 1, 0));
+    EXPECT_FALSE(vl.join(L(2, 0, 1, 0), false));
     EXPECT_EQ(vl.len(), 1);
-    ASSERT_TRUE(vl.join(reversedFit, true));
-    EXPECT_EQ(vl[1], L(P(1, 0), P(2, 0)));
-    ASSERT_TRUE(vl.join(L(P(-1, 0), P(0, 0)), false));
-    EXPECT_EQ(vl[0].start, P(-1, 0));
-    ASSERT_TRUE(vl.join(L(P(-1, 0), P(-1, 5)), true));  // fits the start reversed
-    EXPECT_EQ(vl[0], L(P(-1, 5), P(-1, 0)));
-    EXPECT_FALSE(vl.join(L(P(9, 9), P(8, 8)), true));
-
-    // Fitting both ends: the end wins.
+    ASSERT_TRUE(vl.join(L(2, 0, 1, 0), true));
+    ASSERT_TRUE(vl.join(L(-1, 0, 0, 0), false));
+    ASSERT_TRUE(vl.join(L(-1, 0, -1, 5), true));
+    EXPECT_FALSE(vl.join(L(9, 9, 8, 8), true));
+    EXPECT_EQ(vl, Polygon({P(-1, 5), P(-1, 0), P(0, 0), P(1, 0), P(2, 0)}, false));
+    // Fitting both ends: the end wins. Then it is closed and takes nothing.
     CZorVertexArray both = Polygon({P(0, 0), P(1, 0), P(1, 1)}, false);
-    ASSERT_TRUE(both.join(L(P(1, 1), P(0, 0)), false));
+    ASSERT_TRUE(both.join(L(1, 1, 0, 0), false));
     EXPECT_EQ(both[2].start, P(1, 1));
-    EXPECT_FALSE(both.join(L(P(0, 0), P(5, 5)), true));  // now closed
-
+    EXPECT_FALSE(both.join(L(0, 0, 5, 5), true));
     CZorVertexArray empty;
-    EXPECT_TRUE(empty.join(L(P(3, 3), P(4, 4)), false));
+    EXPECT_TRUE(empty.join(L(3, 3, 4, 4), false));
+    EXPECT_EQ(empty, CZorVertexArray(L(3, 3, 4, 4)));
 }
 
 TEST(JoinTest, WholePolylines) {
-    const CZorVertexArray square = zor_test::Rect(0, 0, 1, 1);
+    const CZorVertexArray square = Rect(0, 0, 1, 1);
     CZorVertexArray empty;
     EXPECT_TRUE(empty.join(square, false));
     EXPECT_EQ(empty, square);
-    CZorVertexArray chain = Polygon({P(0, 0), P(1, 0)}, false);
+    CZorVertexArray chain(L(0, 0, 1, 0));
     EXPECT_FALSE(chain.join(square, true));
     EXPECT_FALSE(chain.join(CZorVertexArray(), true));
-
+    // Put in front, the result takes the normal of what came in front.
     CZorVertexArray before = Polygon({P(-2, 0), P(-1, 0), P(0, 0)}, false);
     before.setNormal(CZorVector3d(0, 0, -1));
     ASSERT_TRUE(chain.join(before, false));
-    ASSERT_EQ(chain.len(), 3);
-    EXPECT_EQ(chain[0].start, P(-2, 0));
-    EXPECT_EQ(chain.normal(), CZorVector3d(0, 0, -1));  // a + *this takes a's normal
-
-    CZorVertexArray tail = Polygon({P(5, 0), P(1, 0)}, false);
+    EXPECT_EQ(chain, Polygon({P(-2, 0), P(-1, 0), P(0, 0), P(1, 0)}, false));
+    EXPECT_EQ(chain.normal(), CZorVector3d(0, 0, -1));
+    const CZorVertexArray tail(L(5, 0, 1, 0));
     EXPECT_FALSE(chain.join(tail, false));
     ASSERT_TRUE(chain.join(tail, true));
-    EXPECT_EQ(chain[-1].end, P(5, 0));
+    EXPECT_EQ(chain[-1], L(1, 0, 5, 0));
 }
 
 }  // namespace
+}  // namespace zor_test

@@ -1,36 +1,33 @@
 #include <gtest/gtest.h>
 
 #include "zor/geometry/point3d_array.h"
+#include "zor/polyline/test_shapes.h"
 
+namespace zor_test {
 namespace {
 
-CZorPoint3dArray ring(std::initializer_list<CZorPoint3d> points) {
-    CZorPoint3dArray a;
-    for (const CZorPoint3d& p : points) a.append(p);
-    return a;
-}
-
-TEST(PointListRing, InsideWithAndWithoutRepeatedFirstPoint) {
-    const CZorPoint3dArray open = ring({{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}});
-    const CZorPoint3dArray closed =
-        ring({{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}, {0, 0, 0}});
-    for (const CZorPoint3dArray* a : {&open, &closed}) {
-        EXPECT_TRUE(a->ptInside(CZorPoint3d(5, 5, 0)));
-        EXPECT_TRUE(a->ptInside(CZorPoint3d(1, 9, 0)));
-        EXPECT_FALSE(a->ptInside(CZorPoint3d(15, 5, 0)));
-        EXPECT_FALSE(a->ptInside(CZorPoint3d(-3, -3, 0)));
+TEST(PointListRing, InsideOfConvexAndConcaveRings) {
+    // With and without a repeated first point; an L shape whose notch lies within the box but
+    // outside the ring. Fewer than three points hold nothing.
+    const CZorPoint3dArray open = Points({P(0, 0), P(10, 0), P(10, 10), P(0, 10)});
+    const CZorPoint3dArray closed = Points({P(0, 0), P(10, 0), P(10, 10), P(0, 10), P(0, 0)});
+    const CZorPoint3dArray l = Points({P(0, 0), P(10, 0), P(10, 4), P(4, 4), P(4, 10), P(0, 10)});
+    struct Case {
+        const CZorPoint3dArray* ring;
+        CZorPoint3d p;
+        bool inside;
+    };
+    for (const Case& c :
+         {Case{&open, P(5, 5), true}, Case{&open, P(1, 9), true}, Case{&open, P(15, 5), false},
+          Case{&open, P(-3, -3), false}, Case{&closed, P(5, 5), true}, Case{&closed, P(1, 9), true},
+          Case{&closed, P(15, 5), false}, Case{&closed, P(-3, -3), false}, Case{&l, P(2, 8), true},
+          Case{&l, P(8, 2), true}, Case{&l, P(8, 8), false}}) {
+        EXPECT_EQ(c.ring->ptInside(c.p), c.inside)
+            << c.ring->len() << ": " << c.p.x << " " << c.p.y;
     }
-}
-
-TEST(PointListRing, ConcaveRingAndTooFewPoints) {
-    // An L shape: the notch is outside although it lies within the bounding box.
-    const CZorPoint3dArray l =
-        ring({{0, 0, 0}, {10, 0, 0}, {10, 4, 0}, {4, 4, 0}, {4, 10, 0}, {0, 10, 0}});
-    EXPECT_TRUE(l.ptInside(CZorPoint3d(2, 8, 0)));
-    EXPECT_TRUE(l.ptInside(CZorPoint3d(8, 2, 0)));
-    EXPECT_FALSE(l.ptInside(CZorPoint3d(8, 8, 0)));
-    EXPECT_FALSE(ring({{0, 0, 0}, {10, 0, 0}}).ptInside(CZorPoint3d(5, 0, 0)));
-    EXPECT_FALSE(CZorPoint3dArray().ptInside(CZorPoint3d(0, 0, 0)));
+    EXPECT_FALSE(Points({P(0, 0), P(10, 0)}).ptInside(P(5, 0)));
+    EXPECT_FALSE(CZorPoint3dArray().ptInside(P(0, 0)));
 }
 
 }  // namespace
+}  // namespace zor_test

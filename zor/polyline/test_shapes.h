@@ -1,23 +1,51 @@
-// Small builders shared by the polyline tests.
+// Small builders and checks shared by the polyline tests. The tests live in namespace zor_test,
+// so that they use these names unqualified.
 #pragma once
 
 #include <initializer_list>
 #include <random>
 
+#include <gtest/gtest.h>
+
+#include "zor/foundation/array.h"
 #include "zor/geometry/point3d.h"
 #include "zor/geometry/point3d_array.h"
 #include "zor/polyline/vertexarray.h"
 
 namespace zor_test {
 
+inline constexpr double kPi = 3.141592653589793;
+
 inline CZorPoint3d P(double x, double y) {
     return CZorPoint3d(x, y, 0.0);
+}
+
+inline CZorVertex L(double x0, double y0, double x1, double y1) {
+    return CZorVertex(P(x0, y0), P(x1, y1), 0.0);
+}
+
+inline CZorVertex A(double x0, double y0, double x1, double y1, double bulge) {
+    return CZorVertex(P(x0, y0), P(x1, y1), bulge);
 }
 
 inline CZorPoint3dArray Points(std::initializer_list<CZorPoint3d> pts) {
     CZorPoint3dArray out;
     for (const CZorPoint3d& p : pts) out.append(p);
     return out;
+}
+
+template <class T>
+CZorArrayTempl<T> List(std::initializer_list<T> values) {
+    CZorArrayTempl<T> out;
+    for (const T& v : values) out.append(v);
+    return out;
+}
+
+// The segments as they are, in this order.
+inline CZorVertexArray Chain(std::initializer_list<CZorVertex> segments) {
+    CZorVertexArray vl;
+    for (const CZorVertex& s : segments) vl.append(s);
+    return vl;
 }
 
 inline CZorVertexArray Polygon(std::initializer_list<CZorPoint3d> pts, bool closed = true) {
@@ -33,10 +61,7 @@ inline CZorVertexArray Rect(double x0, double y0, double x1, double y1) {
 
 // Full circle of two counter-clockwise half circles, starting at angle 0.
 inline CZorVertexArray Circle(double cx, double cy, double r) {
-    CZorVertexArray vl;
-    vl.append(CZorVertex(P(cx + r, cy), P(cx - r, cy), 1.0));
-    vl.append(CZorVertex(P(cx - r, cy), P(cx + r, cy), 1.0));
-    return vl;
+    return Chain({A(cx + r, cy, cx - r, cy, 1.0), A(cx - r, cy, cx + r, cy, 1.0)});
 }
 
 // A random open walk of `n` segments, lines and arcs, each step of length up to `step`.
@@ -53,6 +78,36 @@ inline CZorVertexArray RandomWalk(std::mt19937& rng, int n, double extent, doubl
         p = q;
     }
     return vl;
+}
+
+inline void ExpectPoint(const CZorPoint3d& p, double x, double y, double eps = 1e-12) {
+    EXPECT_NEAR(p.x, x, eps);
+    EXPECT_NEAR(p.y, y, eps);
+}
+
+// The same segments, each coordinate and bulge within `eps`.
+inline void ExpectNear(const CZorVertexArray& x, const CZorVertexArray& y, double eps = 1e-9) {
+    ASSERT_EQ(x.len(), y.len());
+    for (int i = 0; i < x.len(); ++i) {
+        EXPECT_NEAR(x[i].start.x, y[i].start.x, eps) << i;
+        EXPECT_NEAR(x[i].start.y, y[i].start.y, eps) << i;
+        EXPECT_NEAR(x[i].end.x, y[i].end.x, eps) << i;
+        EXPECT_NEAR(x[i].end.y, y[i].end.y, eps) << i;
+        EXPECT_NEAR(x[i].bulge, y[i].bulge, eps) << i;
+    }
+}
+
+// Equal bit for bit: what a fast path must give against its plain reference.
+inline void ExpectBitEqual(const CZorPoint3dArray& x, const CZorPoint3dArray& y) {
+    ASSERT_EQ(x.len(), y.len());
+    for (int i = 0; i < x.len(); ++i) {
+        EXPECT_EQ(x[i].x, y[i].x) << i;
+        EXPECT_EQ(x[i].y, y[i].y) << i;
+    }
+}
+
+inline void ExpectBitEqual(const CZorVertexArray& x, const CZorVertexArray& y) {
+    ExpectNear(x, y, 0.0);
 }
 
 }  // namespace zor_test
