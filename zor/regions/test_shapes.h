@@ -54,12 +54,10 @@ CZorArrayTempl<T> list(std::initializer_list<T> items) {
     return out;
 }
 
+// The outer loop, then the holes.
 template <class... Holes>
 Region region(const Loop& outer, const Holes&... holes) {
-    Region r;
-    r.append(outer);
-    (r.append(holes), ...);
-    return r;
+    return list<Loop>({outer, holes...});
 }
 
 inline VllEx toEx(const Vll& vll) {
