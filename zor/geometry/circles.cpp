@@ -165,9 +165,10 @@ bool g_aai(CZorPoint3dArray& list, const CZorPoint3d& c1, double r1, double a0, 
 
 bool g_ali(CZorPoint3dArray& list, const CZorPoint3d& c, double r, double a0, double a1,
            const CZorPoint3d& p, const CZorPoint3d& q) {
+    // Both tests are pure; the arc's goes first as it turns away more of the circle's points.
     return circleLine(c, r, p, q)
         .filtered(
-            [&](const CZorPoint3d& x) { return g_line_pt(p, q, x) && g_arc_pt(c, r, a0, a1, x); })
+            [&](const CZorPoint3d& x) { return g_arc_pt(c, r, a0, a1, x) && g_line_pt(p, q, x); })
         .writeTo(list);
 }
 

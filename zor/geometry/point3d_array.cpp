@@ -90,7 +90,7 @@ bool CZorPoint3dArray::operator==(const CZorPoint3dArray& a) const {
     return std::equal(data, data + len(), a.data);
 }
 
-CZorPoint3d& CZorPoint3dArray::operator[](int i) {
+CZorPoint3d& CZorPoint3dArray::reach(int i) {
     if (i < 0) {
         // Writes through it stay for the next caller, as with every array's default slot.
         static CZorPoint3d dummy;
@@ -101,7 +101,7 @@ CZorPoint3d& CZorPoint3dArray::operator[](int i) {
     return data[i];
 }
 
-const CZorPoint3d& CZorPoint3dArray::operator[](int i) const {
+const CZorPoint3d& CZorPoint3dArray::outside(int i) const {
     static const CZorPoint3d dummy;
     if (i < 0) i = wrapNegative(i, len());
     if (i >= len()) return dummy;

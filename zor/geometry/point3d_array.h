@@ -31,8 +31,12 @@ class CZorPoint3dArray : public CZorArray {
     // list with origin points and the const form gives a shared default point. On an empty list a
     // negative index gives a writable shared default point in the non-const form and leaves the
     // list empty.
-    CZorPoint3d& operator[](int i);
-    const CZorPoint3d& operator[](int i) const;
+    CZorPoint3d& operator[](int i) {
+        return static_cast<unsigned>(i) < static_cast<unsigned>(len()) ? data[i] : reach(i);
+    }
+    const CZorPoint3d& operator[](int i) const {
+        return static_cast<unsigned>(i) < static_cast<unsigned>(len()) ? data[i] : outside(i);
+    }
 
     // `p` may be a point of this list.
     CZorPoint3dArray& append(const CZorPoint3d& p);
@@ -92,6 +96,9 @@ class CZorPoint3dArray : public CZorArray {
     int setLength(int n) override;
 
   private:
+    // operator[] for negative indices and those past the end.
+    CZorPoint3d& reach(int i);
+    const CZorPoint3d& outside(int i) const;
     // Whether `p` lives in this list's own block (by address).
     bool isMember(const CZorPoint3d& p) const;
     // Grows the list to `n` points; the new ones are origin points, never stale points that

@@ -114,14 +114,14 @@ CZorVertexArray CZorVertexArray::operator+(const CZorVertexArray& a) const {
     return r;
 }
 
-const CZorVertex& CZorVertexArray::operator[](int i) const {
+const CZorVertex& CZorVertexArray::outside(int i) const {
     static const CZorVertex dummy;
     if (i < 0) i = wrapIndex(i, len());
     if (i >= len()) return dummy;
     return data_[i];
 }
 
-CZorVertex& CZorVertexArray::operator[](int i) {
+CZorVertex& CZorVertexArray::reach(int i) {
     static CZorVertex dummy;
     if (i < 0) {
         if (len() == 0) return dummy;

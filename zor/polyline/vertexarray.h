@@ -37,8 +37,13 @@ class CZorVertexArray : public CZorArray {
     CZorVertexArray& operator+=(const CZorVertexArray& a);
     CZorVertexArray operator+(const CZorVertexArray& a) const;
 
-    CZorVertex& operator[](int i);
-    const CZorVertex& operator[](int i) const;
+    // An index within the list reads its element inline; the rest is the out-of-line part.
+    CZorVertex& operator[](int i) {
+        return static_cast<unsigned>(i) < static_cast<unsigned>(len()) ? data_[i] : reach(i);
+    }
+    const CZorVertex& operator[](int i) const {
+        return static_cast<unsigned>(i) < static_cast<unsigned>(len()) ? data_[i] : outside(i);
+    }
 
     // --- List operations -------------------------------------------------------------------
     // Adds a copy (all four fields); `v` may be an element of this array.
@@ -124,6 +129,10 @@ class CZorVertexArray : public CZorArray {
     bool isMember(const CZorVertex& v);
 
   private:
+    // operator[] for negative indices and those past the end.
+    CZorVertex& reach(int i);
+    const CZorVertex& outside(int i) const;
+
     CZorVector3d normal_;
     CZorVertex* data_ = nullptr;
 };
