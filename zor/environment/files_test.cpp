@@ -115,16 +115,15 @@ TEST_F(FilesTest, ScratchFolderAndTemporaryNames) {
 }
 
 TEST_F(FilesTest, ExistenceAndNetworkFormIgnoreDriveAndAcceptBackslashes) {
-    EXPECT_TRUE(fileExist(wide("c:" + dir_.path() + "\\b.txt").c_str()));
-    EXPECT_TRUE(fileExist(wide(dir_.path()).c_str()));
-    EXPECT_FALSE(fileExist(wide(dir_.path() + "/g.txt").c_str()));
-    EXPECT_FALSE(fileExist(nullptr));
+    EXPECT_TRUE(fileExist(wide("c:" + dir_.path() + "\\b.txt").c_str()) &&
+                fileExist(wide(dir_.path()).c_str()));
+    EXPECT_FALSE(fileExist(wide(dir_.path() + "/g.txt").c_str()) || fileExist(nullptr));
 
     CZorString out(L"untouched");
-    EXPECT_FALSE(fileNameUNC(out, L"\\\\server\\share", true));  // network forms already
-    EXPECT_FALSE(fileNameUNC(out, L"//server/share", true));
-    EXPECT_FALSE(fileNameUNC(out, nullptr, true));
-    EXPECT_FALSE(fileNameUNC(out, L"/local/file", false));
+    // Network forms already, no path, and a local path without force.
+    EXPECT_FALSE(fileNameUNC(out, L"\\\\server\\share", true) ||
+                 fileNameUNC(out, L"//server/share", true) || fileNameUNC(out, nullptr, true) ||
+                 fileNameUNC(out, L"/local/file", false));
     EXPECT_STREQ(out, L"untouched");
     EXPECT_TRUE(fileNameUNC(out, L"c:\\local\\.\\x\\..\\file", true));
     EXPECT_STREQ(out, L"\\\\.\\/local/file");

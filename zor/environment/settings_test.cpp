@@ -138,8 +138,8 @@ TEST_F(SettingsTest, ReadsTryTheUserHiveFirstAndFallBackOnTheMachineHive) {
     EXPECT_TRUE(regWrite(L"Draw", L"n", 20ul));  // both hives: the user's wins
     EXPECT_TRUE(regRead(L"Draw", L"n", number));
     EXPECT_EQ(number, 20u);
-    // The user's of the wrong type: the machine's number is read.
-    EXPECT_TRUE(regWrite(L"Draw", L"n", L"text", false));
+    // The user's of the wrong type, though as wide as a number: the machine's number is read.
+    EXPECT_TRUE(regWrite(L"Draw", L"n", L"", false));
     EXPECT_TRUE(regRead(L"Draw", L"n", number));
     EXPECT_EQ(number, 10u);
     EXPECT_TRUE(readKey(HKEY_LOCAL_MACHINE, kDrawKey, L"n", number));  // writes never reach it
