@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #include "zor/polyline/vertexarray.h"
@@ -42,12 +44,21 @@ class Segment2d {
     Segment2d(const CZorPoint3d& p, const CZorPoint3d& q) : p_{p.x, p.y} {
         const double d[2] = {q.x - p.x, q.y - p.y};
         for (int k = 0; k < 2; ++k) {
-            moves_[k] = d[k] != 0.0;
-            inverse_[k] = moves_[k] ? 1.0 / d[k] : 0.0;
+            inverse_[k] = 1.0 / d[k];
+            // A step too small to invert moves the segment by less than any box margin.
+            moves_[k] = d[k] != 0.0 && std::isfinite(inverse_[k]);
         }
     }
     // Whether any part of the segment lies inside `b`.
     bool touches(const Box2d& b) const {
+        if (moves_[0] && moves_[1]) {
+            // The parameter ranges within the slabs of x and of y, cut to the segment.
+            const double xa = (b.xlo - p_[0]) * inverse_[0], xb = (b.xhi - p_[0]) * inverse_[0];
+            const double ya = (b.ylo - p_[1]) * inverse_[1], yb = (b.yhi - p_[1]) * inverse_[1];
+            const double t0 = std::max(std::max(std::min(xa, xb), std::min(ya, yb)), 0.0);
+            const double t1 = std::min(std::min(std::max(xa, xb), std::max(ya, yb)), 1.0);
+            return t0 <= t1;
+        }
         double t0 = 0.0, t1 = 1.0;
         const double lo[2] = {b.xlo - p_[0], b.ylo - p_[1]};
         const double hi[2] = {b.xhi - p_[0], b.yhi - p_[1]};
@@ -61,9 +72,8 @@ class Segment2d {
             if (ta > tb) std::swap(ta, tb);
             t0 = std::max(t0, ta);
             t1 = std::min(t1, tb);
-            if (t0 > t1) return false;
         }
-        return true;
+        return t0 <= t1;
     }
 
   private:
@@ -108,55 +118,93 @@ SegmentIndex::SegmentIndex(const CZorVertexArray& vl) {
     const double margin = boxMargin();
     boxes_.reserve(n);
     for (int i = 0; i < n; ++i) boxes_.push_back(segmentBox(vl[i], margin));
-    order_.resize(n);
-    for (int i = 0; i < n; ++i) order_[i] = i;
-    if (n > 0) {
-        // The split comparisons read every centre many times over; work each out once.
-        // Unbounded boxes count as centred at 0 (keeping the order strict) and only make their
-        // subtree's box unbounded.
-        Centres centres;
-        centres.x.resize(n);
-        centres.y.resize(n);
-        for (int i = 0; i < n; ++i) {
-            const Box2d& b = boxes_[i];
-            const double cx = b.xlo * 0.5 + b.xhi * 0.5;
-            const double cy = b.ylo * 0.5 + b.yhi * 0.5;
-            centres.x[i] = std::isfinite(cx) ? cx : 0.0;
-            centres.y[i] = std::isfinite(cy) ? cy : 0.0;
-        }
-        nodes_.reserve(2 * (n / kLeafSize + 1));
-        build(0, n, centres);
-    }
+    std::vector<std::uint32_t> codes;
+    order_ = zOrder(boxes_, codes);
     leafBoxes_.reserve(n);
     for (const int i : order_) leafBoxes_.push_back(boxes_[i]);
+    if (n > 0) {
+        nodes_.reserve(2 * (n / kLeafSize + 1));
+        build(0, n, codes);
+    }
 }
 
-int SegmentIndex::build(int first, int count, const Centres& centres) {
+std::vector<int> SegmentIndex::zOrder(const std::vector<Box2d>& boxes,
+                                      std::vector<std::uint32_t>& codes) {
+    // Box centres on a 2^16 grid over their extent, the bits of x and y interleaved: sorting
+    // by that key lays neighbours side by side, so halving the sequence halves the space.
+    // Unbounded boxes count as centred at the low corner and only widen their subtree's box.
+    const int n = static_cast<int>(boxes.size());
+    std::vector<double> cx(n), cy(n);
+    double xlo = std::numeric_limits<double>::infinity(), ylo = xlo, xhi = -xlo, yhi = -xlo;
+    for (int i = 0; i < n; ++i) {
+        const Box2d& b = boxes[i];
+        cx[i] = b.xlo * 0.5 + b.xhi * 0.5;
+        cy[i] = b.ylo * 0.5 + b.yhi * 0.5;
+        if (std::isfinite(cx[i]) && std::isfinite(cy[i])) {
+            xlo = std::min(xlo, cx[i]);
+            xhi = std::max(xhi, cx[i]);
+            ylo = std::min(ylo, cy[i]);
+            yhi = std::max(yhi, cy[i]);
+        }
+    }
+    const auto cell = [](double v, double lo, double hi) -> std::uint64_t {
+        const double f = hi > lo ? (v - lo) / (hi - lo) : 0.0;
+        if (!(f > 0.0)) return 0;
+        return f >= 1.0 ? 0xFFFF : static_cast<std::uint64_t>(f * 65535.0);
+    };
+    // Spreads the 16 bits of v to the even bit positions of 32.
+    const auto spread = [](std::uint64_t v) {
+        v = (v | (v << 8)) & 0x00FF00FFu;
+        v = (v | (v << 4)) & 0x0F0F0F0Fu;
+        v = (v | (v << 2)) & 0x33333333u;
+        v = (v | (v << 1)) & 0x55555555u;
+        return v;
+    };
+    std::vector<std::uint64_t> keys(n);
+    for (int i = 0; i < n; ++i) {
+        const std::uint64_t code =
+            spread(cell(cx[i], xlo, xhi)) | (spread(cell(cy[i], ylo, yhi)) << 1);
+        keys[i] = (code << 32) | static_cast<std::uint32_t>(i);
+    }
+    std::sort(keys.begin(), keys.end());
+    std::vector<int> order(n);
+    codes.resize(n);
+    for (int i = 0; i < n; ++i) {
+        order[i] = static_cast<int>(keys[i] & 0xFFFFFFFFu);
+        codes[i] = static_cast<std::uint32_t>(keys[i] >> 32);
+    }
+    return order;
+}
+
+int SegmentIndex::build(int first, int count, const std::vector<std::uint32_t>& codes) {
     const int self = static_cast<int>(nodes_.size());
     nodes_.push_back(Node{});
-    Box2d box = boxes_[order_[first]];
-    for (int k = first + 1; k < first + count; ++k) box.add(boxes_[order_[k]]);
-    nodes_[self].box = box;
     if (count <= kLeafSize) {
+        Box2d box = leafBoxes_[first];
+        for (int k = first + 1; k < first + count; ++k) box.add(leafBoxes_[k]);
+        nodes_[self].box = box;
         nodes_[self].first = first;
         nodes_[self].count = count;
         return self;
     }
-    // Split at the median of the box centres along the wider extent.
-    const bool alongX = (box.xhi - box.xlo) >= (box.yhi - box.ylo);
-    const double* centre = alongX ? centres.x.data() : centres.y.data();
-    const int half = count / 2;
-    std::nth_element(order_.begin() + first, order_.begin() + first + half,
-                     order_.begin() + first + count, [&](int a, int b) {
-                         const double ca = centre[a], cb = centre[b];
-                         if (ca < cb) return true;
-                         if (cb < ca) return false;
-                         return a < b;
-                     });
-    const int left = build(first, half, centres);
-    const int right = build(first + half, count - half, centres);
-    nodes_[self].left = left;
-    nodes_[self].right = right;
+    // Split where the highest bit in which the range's codes differ turns to 1: a cut across
+    // the space along x or y. A range within one cell is halved.
+    const std::uint32_t lo = codes[first], hi = codes[first + count - 1];
+    int split = count / 2;
+    if (lo != hi) {
+        const std::uint32_t bit = 1u << (31 - std::countl_zero(lo ^ hi));
+        const auto begin = codes.begin() + first;
+        split = static_cast<int>(std::partition_point(begin, begin + count,
+                                                      [&](std::uint32_t c) { return !(c & bit); }) -
+                                 begin);
+    }
+    const int left = build(first, split, codes);
+    const int right = build(first + split, count - split, codes);
+    Node& node = nodes_[self];
+    node.box = nodes_[left].box;
+    node.box.add(nodes_[right].box);
+    node.left = left;
+    node.right = right;
     return self;
 }
 
@@ -164,10 +212,10 @@ template <class Test>
 void SegmentIndex::collect(Test test, std::vector<int>& out) const {
     out.clear();
     if (nodes_.empty()) return;
-    // Halving splits keep the tree at most 32 levels deep for any int count, and a depth-first
-    // walk holds at most one pending sibling per level, so a fixed stack spares every query an
-    // allocation.
-    std::array<int, 64> stack;
+    // Splits by 32 code bits and then by halving keep the tree under 64 levels deep for any int
+    // count, and a depth-first walk holds at most one pending sibling per level, so a fixed
+    // stack spares every query an allocation.
+    std::array<int, 72> stack;
     int depth = 0;
     stack[depth++] = 0;
     while (depth > 0) {

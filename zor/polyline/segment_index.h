@@ -12,6 +12,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <vector>
 
 #include "zor/geometry/point3d.h"
@@ -63,12 +64,13 @@ class SegmentIndex {
         int right = -1;
     };
 
-    // Box centres along x and along y, by segment.
-    struct Centres {
-        std::vector<double> x, y;
-    };
-
-    int build(int first, int count, const Centres& centres);
+    // The segment numbers in the order of their box centres along a Z-shaped space-filling
+    // curve, ties by number; `codes` receives the curve positions in that order.
+    static std::vector<int> zOrder(const std::vector<Box2d>& boxes,
+                                   std::vector<std::uint32_t>& codes);
+    // The subtree over order_[first, first + count): leaves of up to kLeafSize boxes, inner
+    // nodes splitting their range where the curve crosses a cell boundary of the top level.
+    int build(int first, int count, const std::vector<std::uint32_t>& codes);
     template <class Test>
     void collect(Test test, std::vector<int>& out) const;
 
