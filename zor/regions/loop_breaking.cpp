@@ -16,33 +16,47 @@ struct Piece {
     CZorVertex s;
     Box2d box;
     ArcCircle circle;
+    int next = -1;  // the following piece of the same original segment
     Piece(const CZorVertex& v, double margin) : s(v), box(segmentBox(v, margin)) {
         s.toArc(circle.c, circle.r, circle.a1, circle.a2);
     }
     const ArcCircle* arc() const { return s.bulge != 0.0 ? &circle : nullptr; }
 };
-using PieceList = std::vector<Piece>;
-using Pieces = std::vector<PieceList>;
 
-Pieces piecesOf(const CZorVertexArray& vl, double margin) {
-    Pieces out(vl.len());
-    for (int i = 0; i < vl.len(); ++i) out[i].emplace_back(vl[i], margin);
-    return out;
-}
+// The pieces of a polyline in one block: the pieces of each original segment are chained from
+// its head in their order along it, so a split links a piece in instead of shifting the rest.
+struct Pieces {
+    std::vector<Piece> all;
+    std::vector<int> head;  // by original segment
+
+    Pieces(const CZorVertexArray& vl, double margin) {
+        all.reserve(2 * static_cast<std::size_t>(vl.len()));
+        head.resize(vl.len());
+        for (int i = 0; i < vl.len(); ++i) {
+            head[i] = i;
+            all.emplace_back(vl[i], margin);
+        }
+    }
+    Piece& operator[](int k) { return all[k]; }
+};
 
 bool holds(const Box2d& b, const CZorPoint3d& p) {
     return b.overlaps(Box2d{p.x, p.y, p.x, p.y});
 }
 
-// Splits list[at] at `p` as CZorVertexArray::breakVertex does (the segment doubled, the first
+// Splits piece `at` at `p` as CZorVertexArray::breakVertex does (the segment doubled, the first
 // copy ending at `p`, the second starting there), without a polyline of its own for each split.
-void splitPiece(PieceList& list, std::size_t at, const CZorPoint3d& p, double margin) {
-    CZorVertex first = list[at].s;
+void splitPiece(Pieces& pieces, int at, const CZorPoint3d& p, double margin) {
+    CZorVertex first = pieces[at].s;
     CZorVertex second = first;
     first.setEndPoint(p);
     second.setStartPoint(p);
-    list[at] = Piece(first, margin);
-    list.insert(list.begin() + static_cast<long>(at) + 1, Piece(second, margin));
+    const int next = pieces[at].next;
+    const int added = static_cast<int>(pieces.all.size());
+    pieces[at] = Piece(first, margin);
+    pieces[at].next = added;
+    pieces.all.emplace_back(second, margin);
+    pieces[added].next = next;
 }
 
 // How often the pieces of one original segment may still be split: 8 times the other
@@ -53,8 +67,8 @@ using Budgets = std::vector<int>;
 // breaking rules: a at crossings inside it, a at b's start, b at crossings inside it, b at a's
 // start, each side only while its budget lasts. True when something was split, and the same
 // pair runs again.
-bool breakPair(PieceList& aList, std::size_t ai, int& aBudget, PieceList& bList, std::size_t bj,
-               int& bBudget, double margin, CZorPoint3dArray& hits) {
+bool breakPair(Pieces& aList, int ai, int& aBudget, Pieces& bList, int bj, int& bBudget,
+               double margin, CZorPoint3dArray& hits) {
     // The pieces are read only before one of them is split.
     const CZorVertex& v = aList[ai].s;
     const CZorVertex& w = bList[bj].s;
@@ -110,13 +124,11 @@ bool breakPair(PieceList& aList, std::size_t ai, int& aBudget, PieceList& bList,
 
 // The pieces back into `vl`, which they no longer share storage with: written over it in place.
 void flatten(const Pieces& pieces, CZorVertexArray& vl) {
-    std::size_t total = 0;
-    for (const auto& list : pieces) total += list.size();
-    if (total == static_cast<std::size_t>(vl.len())) return;  // nothing was broken
-    vl.setLogicalLength(static_cast<int>(total));
+    if (pieces.all.size() == static_cast<std::size_t>(vl.len())) return;  // nothing was broken
+    vl.setLogicalLength(static_cast<int>(pieces.all.size()));
     int k = 0;
-    for (const auto& list : pieces) {
-        for (const Piece& piece : list) vl[k++] = piece.s;
+    for (const int first : pieces.head) {
+        for (int t = first; t >= 0; t = pieces.all[t].next) vl[k++] = pieces.all[t].s;
     }
 }
 
@@ -126,23 +138,21 @@ void breakBoth(CZorVertexArray& a, CZorVertexArray& b) {
     if (a.len() == 0 || b.len() == 0) return;
     const SegmentIndex index(b);
     const double margin = boxMargin();
-    Pieces aPieces = piecesOf(a, margin);
-    Pieces bPieces = piecesOf(b, margin);
-    Budgets aBudgets(aPieces.size(), 8 * (b.len() + 1));
-    Budgets bBudgets(bPieces.size(), 8 * (a.len() + 1));
+    Pieces aPieces(a, margin);
+    Pieces bPieces(b, margin);
+    Budgets aBudgets(aPieces.head.size(), 8 * (b.len() + 1));
+    Budgets bBudgets(bPieces.head.size(), 8 * (a.len() + 1));
     std::vector<int> candidates;
     CZorPoint3dArray hits;
-    for (std::size_t original = 0; original < aPieces.size(); ++original) {
-        PieceList& aList = aPieces[original];
-        for (std::size_t t = 0; t < aList.size(); ++t) {
-            index.query(aList[t].box, candidates);
+    for (std::size_t original = 0; original < aPieces.head.size(); ++original) {
+        for (int t = aPieces.head[original]; t >= 0; t = aPieces[t].next) {
+            index.query(aPieces[t].box, candidates);
             for (const int other : candidates) {
-                PieceList& bList = bPieces[other];
-                std::size_t j = 0;
-                while (j < bList.size()) {
-                    if (!breakPair(aList, t, aBudgets[original], bList, j, bBudgets[other], margin,
-                                   hits)) {
-                        ++j;
+                int j = bPieces.head[other];
+                while (j >= 0) {
+                    if (!breakPair(aPieces, t, aBudgets[original], bPieces, j, bBudgets[other],
+                                   margin, hits)) {
+                        j = bPieces[j].next;
                     }
                 }
             }
