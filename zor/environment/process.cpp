@@ -141,6 +141,12 @@ void strUuidCreate(CZorString& out) {
 const wchar_t* lastErrorString() {
     const int code = errno;
     static CZorString text;
+    // A code without a name is one the system has no text for; strerror_r would make up an
+    // "Unknown error" line for it.
+    if (::strerrorname_np(code) == nullptr) {
+        text = L"";
+        return text;
+    }
     char buffer[256];
     // The GNU form returns the text, which may or may not be the buffer.
     const char* message = ::strerror_r(code, buffer, sizeof buffer);

@@ -116,6 +116,8 @@ TEST(SystemText, UuidInBracesAndLastErrorText) {
     EXPECT_STREQ(lastErrorString(), L"No such file or directory");
     errno = 0;
     EXPECT_STREQ(lastErrorString(), L"Success");
+    errno = 4000;  // no such code
+    EXPECT_STREQ(lastErrorString(), L"");
 }
 
 }  // namespace
