@@ -70,8 +70,8 @@ class RegionPointTester {
     mutable std::vector<int> scratch_, candidates_;
 };
 
-// A hash grid of points in cells twice the point tolerance current at construction: the points
-// within tolerance of a query point lie in its cell or a neighbouring one, also when the
+// A hash grid of points in cells four times the point tolerance current at construction: the
+// points within tolerance of a query point lie in its cell or a neighbouring one, also when the
 // tolerance has fallen since. Coordinates too large for integer cells, or a tolerance too small
 // for them, put a point into one shared bucket, which every query returns and the callers' exact
 // comparisons then search in full.

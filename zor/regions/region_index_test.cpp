@@ -135,14 +135,21 @@ TEST(RegionIndex, PointGridFindsEveryPointWithinTolerance) {
     std::uniform_real_distribution<double> coord(-1.0, 1.0);
     std::uniform_real_distribution<double> off(-1e-5, 1e-5);
     std::vector<CZorPoint3d> pts;
-    for (int i = 0; i < 2000; ++i) pts.emplace_back(coord(rng) * 1e-3, coord(rng) * 1e-3, 0.0);
+    // Crowds near the origin and far from it, where the position within a cell rounds coarsely.
+    for (int i = 0; i < 2000; ++i) {
+        const double far = i % 2 == 0 ? 0.0 : 3e7;
+        pts.emplace_back(far + coord(rng) * 1e-3, -far + coord(rng) * 1e-3, 0.0);
+    }
     // Coordinates beyond integer cells go to the shared bucket and are still found.
     pts.emplace_back(1e300, 0.0, 0.0);
     const ZOR::detail::PointGrid grid(pts);
     std::vector<int> near;
-    for (int q = 0; q < 500; ++q) {
+    for (int q = 0; q < 4000; ++q) {
+        // Around a point, or at just under the tolerance from it in any direction.
         const CZorPoint3d& base = pts[q % pts.size()];
-        const CZorPoint3d p(base.x + off(rng), base.y + off(rng), 0.0);
+        const double w = M_PI * off(rng) * 1e5;
+        const CZorPoint3d p = q % 2 == 0 ? CZorPoint3d(base.x + off(rng), base.y + off(rng), 0.0)
+                                         : ZOR::polar(base, w, 0.999e-5);
         grid.near(p, near);
         for (int i = 0; i < static_cast<int>(pts.size()); ++i) {
             if (pts[i] == p) {
