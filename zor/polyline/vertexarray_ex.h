@@ -23,6 +23,9 @@ class CZorVertexArrayEx : public CZorVertexArray {
     CZorVertexArrayEx(const CZorVertexArray& a);
     CZorVertexArrayEx(const CZorVertexArrayEx& a) = default;
     CZorVertexArrayEx& operator=(const CZorVertexArrayEx& a);
+    // Take over the block, the normal and the attributes; `a` is left empty.
+    CZorVertexArrayEx(CZorVertexArrayEx&& a) noexcept = default;
+    CZorVertexArrayEx& operator=(CZorVertexArrayEx&& a) noexcept = default;
     // Replaces geometry and normal; the attributes stay.
     CZorVertexArrayEx& operator=(const CZorVertexArray& a);
     ~CZorVertexArrayEx() override = default;

@@ -90,6 +90,21 @@ class SharedSegments {
     mutable std::vector<int> near_;
 };
 
+// g_vl_vll(kept) for pieces nobody needs afterwards: when they form one run, as they mostly do,
+// that run takes over their storage instead of a copy.
+template <class VL>
+CZorArrayTempl<VL> runsTaking(VL& kept) {
+    for (int i = 1; i < kept.len(); ++i) {
+        if (kept[i].start != kept[i - 1].end) return g_vl_vll(kept);
+    }
+    CZorArrayTempl<VL> out;
+    if (kept.len() == 0) return out;
+    out.setLogicalLength(1);
+    out[0] = std::move(kept);
+    out[0].norm(false);
+    return out;
+}
+
 template <class VL>
 using Region = CZorArrayTempl<VL>;
 template <class VL>
@@ -180,7 +195,8 @@ bool regionFrame(Region<VL> a, Region<VL> b, RegionList<VL>& out, const Settings
     }
 
     detail::sortChains(kept);
-    out = g_vll_region(g_vl_vll(kept));
+    CZorArrayTempl<VL> runs = runsTaking(kept);
+    out = detail::regionsTaking(runs);
     for (int r = 0; r < static_cast<int>(out.len()); ++r) {
         for (int h = 1; h < static_cast<int>(out[r].len()); ++h) out[r][h].revert();
     }

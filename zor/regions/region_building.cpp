@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "zor/foundation/map.h"
@@ -33,16 +34,21 @@ class LazyTesters {
     std::vector<std::unique_ptr<detail::PointInsideTester>> testers_;
 };
 
+// Where each loop goes in the regions by depth: the loops opening regions, in the order of the
+// regions, and the holes as (region, loop) in the order they join.
+struct Nesting {
+    std::vector<int> outers;
+    std::vector<std::pair<int, int>> holes;
+};
+
 template <class VL>
-CZorArrayTempl<CZorArrayTempl<VL>> regionsByDepth(const CZorArrayTempl<VL>& loops) {
-    using Region = CZorArrayTempl<VL>;
-    CZorArrayTempl<Region> out;
+Nesting nestByDepth(const CZorArrayTempl<VL>& loops) {
+    Nesting nesting;
     const int n = loops.len();
     if (n == 1) {
         // Depth 0 with no other loop: it opens the only region, and nothing needs measuring.
-        out.append(Region());
-        out[-1].append(loops[0]);
-        return out;
+        nesting.outers.push_back(0);
+        return nesting;
     }
     const std::vector<const CZorVertexArray*> all = detail::loopPointers(loops);
     // A loop can only hold a point that lies in its box: the others are skipped, as the strict
@@ -64,19 +70,16 @@ CZorArrayTempl<CZorArrayTempl<VL>> regionsByDepth(const CZorArrayTempl<VL>& loop
         if (depth[i] % 2 == 0) outersByDepth[depth[i]].push_back(i);
     }
     std::vector<bool> placed(n, false);
-    std::vector<int> outerIndices;
     for (const auto& level : outersByDepth) {
         for (const int i : level.second) {
-            out.append(Region());
-            out[-1].append(loops[i]);
-            outerIndices.push_back(i);
+            nesting.outers.push_back(i);
             placed[i] = true;
         }
     }
-    if (out.len() == 0) return out;
-    const detail::LoopBoxes outerBoxes(boxes, outerIndices);
+    if (nesting.outers.empty()) return nesting;
+    const detail::LoopBoxes outerBoxes(boxes, nesting.outers);
     std::vector<const CZorVertexArray*> outerLoops;
-    for (const int i : outerIndices) outerLoops.push_back(all[i]);
+    for (const int i : nesting.outers) outerLoops.push_back(all[i]);
     LazyTesters outerTesters(outerLoops);
     for (int i = 0; i < n; ++i) {
         if (placed[i]) continue;
@@ -84,12 +87,37 @@ CZorArrayTempl<CZorArrayTempl<VL>> regionsByDepth(const CZorArrayTempl<VL>& loop
         outerBoxes.at(p, candidates);
         for (auto r = candidates.rbegin(); r != candidates.rend(); ++r) {
             if (outerTesters.strictlyInside(*r, p)) {
-                out[*r].append(loops[i]);
+                nesting.holes.emplace_back(*r, i);
                 break;
             }
         }
     }
+    return nesting;
+}
+
+// The regions of `nesting`, each loop put in by `put(region, loop index)`.
+template <class VL, class Put>
+CZorArrayTempl<CZorArrayTempl<VL>> regionsOf(const Nesting& nesting, Put put) {
+    CZorArrayTempl<CZorArrayTempl<VL>> out;
+    out.setLogicalLength(static_cast<std::uint32_t>(nesting.outers.size()));
+    for (int r = 0; r < static_cast<int>(nesting.outers.size()); ++r)
+        put(out[r], nesting.outers[r]);
+    for (const auto& [r, i] : nesting.holes) put(out[r], i);
     return out;
+}
+
+template <class VL>
+CZorArrayTempl<CZorArrayTempl<VL>> regionsByDepth(const CZorArrayTempl<VL>& loops) {
+    return regionsOf<VL>(nestByDepth(loops),
+                         [&](CZorArrayTempl<VL>& region, int i) { region.append(loops[i]); });
+}
+
+template <class VL>
+CZorArrayTempl<CZorArrayTempl<VL>> regionsByDepthTaking(CZorArrayTempl<VL>& loops) {
+    return regionsOf<VL>(nestByDepth(loops), [&](CZorArrayTempl<VL>& region, int i) {
+        region.setLogicalLength(region.len() + 1);
+        region[-1] = std::move(loops[i]);
+    });
 }
 
 bool boxesApart(const CZorVertexArray& a, const CZorVertexArray& b) {
@@ -287,5 +315,19 @@ bool g_region_is_symmetric(const CZorArrayTempl<CZorVertexArray>& region, double
     }
     return w.len() == 0;
 }
+
+namespace detail {
+
+CZorArrayTempl<CZorArrayTempl<CZorVertexArray>> regionsTaking(
+    CZorArrayTempl<CZorVertexArray>& loops) {
+    return regionsByDepthTaking(loops);
+}
+
+CZorArrayTempl<CZorArrayTempl<CZorVertexArrayEx>> regionsTaking(
+    CZorArrayTempl<CZorVertexArrayEx>& loops) {
+    return regionsByDepthTaking(loops);
+}
+
+}  // namespace detail
 
 }  // namespace ZOR

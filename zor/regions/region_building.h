@@ -38,4 +38,14 @@ CZorArrayTempl<CZorVertexArray> g_vll_regions_prepare(const CZorArrayTempl<CZorV
 // the other holes in mirrored pairs. False for an empty region.
 bool g_region_is_symmetric(const CZorArrayTempl<CZorVertexArray>& region, double ang);
 
+namespace detail {
+
+// g_vll_region(loops) for a caller done with `loops`: the regions take over the loops' storage
+// instead of copies, and `loops` is left with emptied members.
+CZorArrayTempl<CZorArrayTempl<CZorVertexArray>> regionsTaking(
+    CZorArrayTempl<CZorVertexArray>& loops);
+CZorArrayTempl<CZorArrayTempl<CZorVertexArrayEx>> regionsTaking(
+    CZorArrayTempl<CZorVertexArrayEx>& loops);
+
+}  // namespace detail
 }  // namespace ZOR
