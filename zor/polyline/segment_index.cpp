@@ -116,12 +116,13 @@ Box2d segmentBox(const CZorVertex& v, double margin) {
 SegmentIndex::SegmentIndex(const CZorVertexArray& vl) {
     const int n = vl.len();
     const double margin = boxMargin();
-    boxes_.reserve(n);
-    for (int i = 0; i < n; ++i) boxes_.push_back(segmentBox(vl[i], margin));
+    std::vector<Box2d> boxes;
+    boxes.reserve(n);
+    for (int i = 0; i < n; ++i) boxes.push_back(segmentBox(vl[i], margin));
     std::vector<std::uint32_t> codes;
-    order_ = zOrder(boxes_, codes);
+    order_ = zOrder(boxes, codes);
     leafBoxes_.reserve(n);
-    for (const int i : order_) leafBoxes_.push_back(boxes_[i]);
+    for (const int i : order_) leafBoxes_.push_back(boxes[i]);
     if (n > 0) {
         nodes_.reserve(2 * (n / kLeafSize + 1));
         build(0, n, codes);
@@ -241,7 +242,7 @@ void SegmentIndex::querySegment(const CZorPoint3d& p, const CZorPoint3d& q,
                                 std::vector<int>& out) const {
     if (!(p.isValid() && q.isValid())) {
         // Nothing can be ruled out for a ray with a non-finite end.
-        out.resize(boxes_.size());
+        out.resize(order_.size());
         for (int i = 0; i < size(); ++i) out[i] = i;
         return;
     }

@@ -47,8 +47,7 @@ class SegmentIndex {
     // Boxes of every segment of `vl`, widened by boxMargin() at this moment.
     explicit SegmentIndex(const CZorVertexArray& vl);
 
-    int size() const { return static_cast<int>(boxes_.size()); }
-    const Box2d& box(int i) const { return boxes_[i]; }
+    int size() const { return static_cast<int>(order_.size()); }
 
     // Indices of the segments whose boxes overlap `b`, ascending; `out` is replaced.
     void query(const Box2d& b, std::vector<int>& out) const;
@@ -74,9 +73,9 @@ class SegmentIndex {
     template <class Test>
     void collect(Test test, std::vector<int>& out) const;
 
-    std::vector<Box2d> boxes_;
+    // The segment numbers in the order of the leaves, and their boxes in the same order, so
+    // that a leaf reads its boxes side by side.
     std::vector<int> order_;
-    // boxes_ in the order of order_, so that a leaf reads its boxes side by side.
     std::vector<Box2d> leafBoxes_;
     std::vector<Node> nodes_;
 };

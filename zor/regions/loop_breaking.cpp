@@ -1,5 +1,6 @@
 #include "zor/regions/loop_breaking.h"
 
+#include <utility>
 #include <vector>
 
 #include "zor/geometry/point3d_array.h"
@@ -122,14 +123,19 @@ bool breakPair(Pieces& aList, int ai, int& aBudget, Pieces& bList, int bj, int& 
     return false;
 }
 
-// The pieces back into `vl`, which they no longer share storage with: written over it in place.
+// The pieces in place of the segments of `vl`, whose normal they keep (and, for a list with
+// attributes, its attributes).
 void flatten(const Pieces& pieces, CZorVertexArray& vl) {
     if (pieces.all.size() == static_cast<std::size_t>(vl.len())) return;  // nothing was broken
-    vl.setLogicalLength(static_cast<int>(pieces.all.size()));
+    // A fresh list of the final length: growing `vl` would carry its old segments over first.
+    CZorVertexArray out;
+    out.setNormal(vl.normal());
+    out.setLogicalLength(static_cast<int>(pieces.all.size()));
     int k = 0;
     for (const int first : pieces.head) {
-        for (int t = first; t >= 0; t = pieces.all[t].next) vl[k++] = pieces.all[t].s;
+        for (int t = first; t >= 0; t = pieces.all[t].next) out[k++] = pieces.all[t].s;
     }
+    vl = std::move(out);
 }
 
 }  // namespace
