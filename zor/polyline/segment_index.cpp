@@ -167,7 +167,16 @@ std::vector<int> SegmentIndex::zOrder(const std::vector<Box2d>& boxes,
             spread(cell(cx[i], xlo, xhi)) | (spread(cell(cy[i], ylo, yhi)) << 1);
         keys[i] = (code << 32) | static_cast<std::uint32_t>(i);
     }
-    std::sort(keys.begin(), keys.end());
+    // Sorted by the code alone, a byte at a time from the lowest: each pass is stable, so equal
+    // codes keep their numbers ascending, as sorting the whole keys would.
+    std::vector<std::uint64_t> moved(n);
+    for (int shift = 32; shift < 64; shift += 8) {
+        std::array<int, 257> at{};
+        for (const std::uint64_t key : keys) ++at[((key >> shift) & 0xFF) + 1];
+        for (int b = 0; b < 256; ++b) at[b + 1] += at[b];
+        for (const std::uint64_t key : keys) moved[at[(key >> shift) & 0xFF]++] = key;
+        keys.swap(moved);
+    }
     std::vector<int> order(n);
     codes.resize(n);
     for (int i = 0; i < n; ++i) {

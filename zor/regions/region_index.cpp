@@ -102,23 +102,24 @@ PointGrid::PointGrid(const std::vector<CZorPoint3d>& points) : size_(4.0 * CZorP
             shared_.push_back(i);
         }
     }
-    std::sort(placed.begin(), placed.end(), [](const auto& a, const auto& b) {
-        if (a.first.x != b.first.x) return a.first.x < b.first.x;
-        if (a.first.y != b.first.y) return a.first.y < b.first.y;
-        return a.second < b.second;
-    });
     std::size_t capacity = 2;
     while (capacity < 2 * placed.size()) capacity *= 2;
     slots_.resize(capacity);
-    ids_.reserve(placed.size());
+    // Counted into their slots, the cells' ranges laid out in slot order, then filled from the
+    // back by descending number, which leaves each cell's points in ascending order.
     for (const auto& entry : placed) {
         Slot& slot = slots_[slotOf(entry.first)];
-        if (slot.count == 0) {
-            slot.cell = entry.first;
-            slot.first = static_cast<int>(ids_.size());
-        }
+        slot.cell = entry.first;
         ++slot.count;
-        ids_.push_back(entry.second);
+    }
+    int end = 0;
+    for (Slot& slot : slots_) {
+        end += slot.count;
+        slot.first = end;
+    }
+    ids_.resize(placed.size());
+    for (auto entry = placed.rbegin(); entry != placed.rend(); ++entry) {
+        ids_[--slots_[slotOf(entry->first)].first] = entry->second;
     }
 }
 
