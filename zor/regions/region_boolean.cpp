@@ -141,11 +141,7 @@ bool regionFrame(Region<VL> a, Region<VL> b, RegionList<VL>& out, const Settings
     if (st.op == Operation::kUnion) out.removeAll();
 
     VL kept;
-    VL shared;
-    if (st.textOfFirst) {
-        giveText(kept, a[0]);
-        giveText(shared, a[0]);
-    }
+    if (st.textOfFirst) giveText(kept, a[0]);
     std::unique_ptr<CZorPoint3dTol> scope;
     if (st.factor > 0.0) scope = std::make_unique<CZorPoint3dTol>();
     if (st.orient) {
@@ -168,6 +164,8 @@ bool regionFrame(Region<VL> a, Region<VL> b, RegionList<VL>& out, const Settings
     // conservative as it falls.
     const detail::RegionPointTester inB(detail::loopPointers(b));
     const detail::RegionPointTester inA(detail::loopPointers(a));
+    // The segments kept, in order, gathered first so that the list is sized once.
+    std::vector<const CZorVertex*> keep;
     const int keepA = st.op == Operation::kSect ? 1 : -1;
     SharedSegments witnesses;
     for (int i = 0; i < static_cast<int>(a.len()); ++i) {
@@ -176,10 +174,9 @@ bool regionFrame(Region<VL> a, Region<VL> b, RegionList<VL>& out, const Settings
             lowerTolerance(scope.get(), st.factor, s);
             const int r = inB.classify(s.mid());
             if (r == 0) {
-                shared.append(s);
                 witnesses.add(s);
             } else if (r == keepA) {
-                kept.append(s);
+                keep.push_back(&s);
             }
         }
     }
@@ -190,9 +187,11 @@ bool regionFrame(Region<VL> a, Region<VL> b, RegionList<VL>& out, const Settings
             const CZorVertex& s = b[j][k];
             lowerTolerance(scope.get(), st.factor, s);
             const int r = inA.classify(s.mid());
-            if (r == keepB || (r == 0 && !witnesses.hasTwinOf(s))) kept.append(s);
+            if (r == keepB || (r == 0 && !witnesses.hasTwinOf(s))) keep.push_back(&s);
         }
     }
+    kept.setLogicalLength(static_cast<int>(keep.size()));
+    for (int k = 0; k < static_cast<int>(keep.size()); ++k) kept[k] = *keep[k];
 
     detail::sortChains(kept);
     CZorArrayTempl<VL> runs = runsTaking(kept);
