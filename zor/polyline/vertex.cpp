@@ -32,7 +32,8 @@ bool unitTangent(const CZorVertex& v, const CZorPoint3d& p, double& dx, double& 
         dx = c.y - p.y;
         dy = p.x - c.x;
     }
-    const double len = std::hypot(dx, dy);
+    // Squares that overflow give an infinite length, which counts as no direction.
+    const double len = std::sqrt(dx * dx + dy * dy);
     if (!(len > 0.0 && std::isfinite(len))) return false;
     dx /= len;
     dy /= len;
