@@ -1,18 +1,17 @@
 #include "zor/geometry/point3d_array.h"
 
 #include <algorithm>
-#include <array>
 #include <climits>
 #include <cmath>
 #include <functional>
 #include <new>
 #include <numeric>
-#include <unordered_map>
 #include <vector>
 
 #include "zor/foundation/map.h"
 #include "zor/geometry/matrix3d.h"
 #include "zor/geometry/plane.h"
+#include "zor/geometry/point_grid.h"
 
 namespace {
 
@@ -307,83 +306,26 @@ bool eachHasPartner(const CZorPoint3dArray& a, const CZorPoint3dArray& b) {
     return true;
 }
 
-// The points of a list in cubic cells of twice the tolerance. Two == points differ by at most
-// the tolerance in each coordinate, so a point's partners lie in its own cell or a neighbour,
-// with a margin that no rounding of the cell index can overcome.
-class PointGrid {
-  public:
-    PointGrid(const CZorPoint3dArray& a, double cellSize) : points_(a), size_(cellSize) {
-        for (int i = 0; i < a.len(); ++i) cells_[cellOf(a[i])].push_back(i);
-    }
-
-    // Whether the grid can index these coordinates: finite and within the cell index range.
-    static bool covers(const CZorPoint3dArray& a, double cellSize) {
-        constexpr double kMaxCells = 1e15;
-        for (int i = 0; i < a.len(); ++i) {
-            for (double c : {a[i].x, a[i].y, a[i].z}) {
-                if (!(std::fabs(c) / cellSize < kMaxCells)) return false;
-            }
-        }
-        return true;
-    }
-
-    bool hasPartner(const CZorPoint3d& p) const {
-        const Cell home = cellOf(p);
-        for (std::int64_t dx = -1; dx <= 1; ++dx) {
-            for (std::int64_t dy = -1; dy <= 1; ++dy) {
-                for (std::int64_t dz = -1; dz <= 1; ++dz) {
-                    const auto found = cells_.find({home[0] + dx, home[1] + dy, home[2] + dz});
-                    if (found == cells_.end()) continue;
-                    for (int j : found->second) {
-                        if (points_[j] == p) return true;
-                    }
-                }
-            }
-        }
-        return false;
-    }
-
-  private:
-    using Cell = std::array<std::int64_t, 3>;
-    struct CellHash {
-        std::size_t operator()(const Cell& c) const {
-            const auto mix = [](std::int64_t v, std::uint64_t k) {
-                return static_cast<std::uint64_t>(v) * k;  // unsigned: wraps, never overflows
-            };
-            return static_cast<std::size_t>(mix(c[0], 73856093u) ^ mix(c[1], 19349663u) ^
-                                            mix(c[2], 83492791u));
-        }
-    };
-
-    Cell cellOf(const CZorPoint3d& p) const {
-        return {static_cast<std::int64_t>(std::floor(p.x / size_)),
-                static_cast<std::int64_t>(std::floor(p.y / size_)),
-                static_cast<std::int64_t>(std::floor(p.z / size_))};
-    }
-
-    const CZorPoint3dArray& points_;
-    double size_;
-    std::unordered_map<Cell, std::vector<int>, CellHash> cells_;
-};
-
 // Below this length the plain scans cost less than building the grids.
 constexpr int kGridMinLength = 32;
 
-// Set equality of two lists of equal length, with a grid over each list where the tolerance
-// and the coordinates allow one. Non-finite coordinates never make points == (unless the lists
-// are one object, which the caller has handled), so such lists go the plain way.
+// Set equality of two lists of equal length, with a grid over each list from a modest length on.
 bool samePointSets(const CZorPoint3dArray& a, const CZorPoint3dArray& b) {
-    const double cellSize = 2 * CZorPoint3d::tol;
-    const bool gridded = a.len() >= kGridMinLength && cellSize > 0 && std::isfinite(cellSize) &&
-                         PointGrid::covers(a, cellSize) && PointGrid::covers(b, cellSize);
-    if (!gridded) return eachHasPartner(a, b) && eachHasPartner(b, a);
-    const auto eachFound = [](const CZorPoint3dArray& from, const PointGrid& in) {
+    if (a.len() < kGridMinLength) return eachHasPartner(a, b) && eachHasPartner(b, a);
+    std::vector<int> near;
+    const auto eachFound = [&near](const CZorPoint3dArray& from, const CZorPoint3dArray& in) {
+        std::vector<CZorPoint3d> points(in.len());
+        for (int j = 0; j < in.len(); ++j) points[j] = in[j];
+        const ZOR::detail::PointGrid grid(points);
         for (int i = 0; i < from.len(); ++i) {
-            if (!in.hasPartner(from[i])) return false;
+            grid.near(from[i], near);
+            bool found = false;
+            for (const int j : near) found = found || points[j] == from[i];
+            if (!found) return false;
         }
         return true;
     };
-    return eachFound(a, PointGrid(b, cellSize)) && eachFound(b, PointGrid(a, cellSize));
+    return eachFound(a, b) && eachFound(b, a);
 }
 
 }  // namespace

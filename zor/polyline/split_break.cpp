@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "zor/geometry/formulas.h"
+#include "zor/geometry/point_grid.h"
 #include "zor/polyline/numeric.h"
 #include "zor/polyline/orientation.h"
 #include "zor/polyline/segment_index.h"
@@ -86,82 +86,6 @@ bool breakPair(CZorVertexArray& a, CZorVertexArray& b, int i, int j, int flags, 
     }
     return false;
 }
-
-// Finds the segment whose start equals a point, among the positions from some index on. The
-// starts are hashed into square cells twice the point tolerance wide, so all starts within
-// tolerance of a point lie in its cell or the eight around it; the lowest matching position is
-// the one a scan in order would find first. Coordinates too large for cells of that size make
-// it fall back to the scan.
-class StartGrid {
-  public:
-    explicit StartGrid(const CZorVertexArray& vl) : cell_(2.0 * CZorPoint3d::tol) {
-        for (int i = 0; i < vl.len() && usable_; ++i) {
-            std::int64_t cx = 0, cy = 0;
-            usable_ = cellOf(vl[i].start, cx, cy);
-            if (usable_) cells_[key(cx, cy)].push_back(i);
-        }
-    }
-
-    // The lowest position at or after `from` whose start == p, or -1.
-    int firstStartAt(const CZorVertexArray& vl, const CZorPoint3d& p, int from) const {
-        std::int64_t cx = 0, cy = 0;
-        if (!usable_ || !cellOf(p, cx, cy)) {
-            for (int k = from; k < vl.len(); ++k) {
-                if (vl[k].start == p) return k;
-            }
-            return -1;
-        }
-        int best = -1;
-        for (std::int64_t dx = -1; dx <= 1; ++dx) {
-            for (std::int64_t dy = -1; dy <= 1; ++dy) {
-                const auto found = cells_.find(key(cx + dx, cy + dy));
-                if (found == cells_.end()) continue;
-                for (const int k : found->second) {
-                    if (k >= from && (best < 0 || k < best) && vl[k].start == p) best = k;
-                }
-            }
-        }
-        return best;
-    }
-
-    // Records that the segments at positions `a` and `b` (already exchanged in `vl`) moved.
-    void swapPositions(const CZorVertexArray& vl, int a, int b) {
-        if (!usable_) return;
-        // Find both entries before changing either: they may share a cell.
-        int* nowAtA = entry(vl[a].start, b);
-        int* nowAtB = entry(vl[b].start, a);
-        if (nowAtA) *nowAtA = a;
-        if (nowAtB) *nowAtB = b;
-    }
-
-  private:
-    bool cellOf(const CZorPoint3d& p, std::int64_t& cx, std::int64_t& cy) const {
-        constexpr double kLimit = 1e15;
-        const double fx = std::floor(p.x / cell_);
-        const double fy = std::floor(p.y / cell_);
-        if (!(std::fabs(fx) < kLimit && std::fabs(fy) < kLimit)) return false;
-        cx = static_cast<std::int64_t>(fx);
-        cy = static_cast<std::int64_t>(fy);
-        return true;
-    }
-    static std::uint64_t key(std::int64_t cx, std::int64_t cy) {
-        // Different cells may share a key; that only adds candidates, which are tested anyway.
-        return static_cast<std::uint64_t>(cx) * 0x9E3779B97F4A7C15ull ^
-               static_cast<std::uint64_t>(cy);
-    }
-    int* entry(const CZorPoint3d& start, int position) {
-        std::int64_t cx = 0, cy = 0;
-        cellOf(start, cx, cy);
-        for (int& k : cells_[key(cx, cy)]) {
-            if (k == position) return &k;
-        }
-        return nullptr;
-    }
-
-    double cell_;
-    bool usable_ = true;
-    std::unordered_map<std::uint64_t, std::vector<int>> cells_;
-};
 
 // The points of a list sorted by x, to find those inside a box. A point with a non-finite
 // coordinate is unusable and left out: it would otherwise pass the tolerance tests (whose
@@ -479,21 +403,47 @@ CZorVertexArray vl_neutral(CZorVertexArray vl, const CZorArrayTempl<int>& flags,
 void g_vl_sort(CZorVertexArray& vl) {
     const int n = vl.len();
     if (n < 2) return;
-    StartGrid grid(vl);
-    // A loop that closes needs no mark of its own: the search goes on from its last end, which
-    // usually finds no following start, so the next segment stays and begins the next chain.
-    for (int i = 1; i < n; ++i) {
-        if (vl[i - 1].end == vl[i].start) {
-            vl[i - 1].end = vl[i].start;
-        } else {
-            const int k = grid.firstStartAt(vl, vl[i - 1].end, i + 1);
-            if (k >= 0) {
-                vl[i - 1].end = vl[k].start;
-                std::swap(vl[k], vl[i]);
-                grid.swapPositions(vl, k, i);
-            }
-        }
+    // Starts never move (only ends are snapped), so one grid over them, by segment number,
+    // serves the whole walk. The walk exchanges numbers, `pos` following them, and only
+    // positions behind the current one count, as in the search; the segments move to their
+    // places once at the end. A loop that closes needs no mark of its own: the search goes on
+    // from its last end, which usually finds no following start, so the next segment stays and
+    // begins the next chain.
+    std::vector<CZorPoint3d> starts(n), ends(n);
+    for (int k = 0; k < n; ++k) {
+        starts[k] = vl[k].start;
+        ends[k] = vl[k].end;
     }
+    const detail::PointGrid grid(starts);
+    std::vector<int> segmentAt(n), pos(n);
+    for (int k = 0; k < n; ++k) segmentAt[k] = pos[k] = k;
+    std::vector<int> near;
+    for (int i = 1; i < n; ++i) {
+        CZorPoint3d& end = ends[segmentAt[i - 1]];
+        if (end == starts[segmentAt[i]]) {
+            end = starts[segmentAt[i]];
+            continue;
+        }
+        grid.near(end, near);
+        int best = -1;
+        for (const int segment : near) {
+            const int k = pos[segment];
+            if (k > i && (best < 0 || k < best) && starts[segment] == end) best = k;
+        }
+        if (best < 0) continue;
+        end = starts[segmentAt[best]];
+        std::swap(segmentAt[best], segmentAt[i]);
+        pos[segmentAt[best]] = best;
+        pos[segmentAt[i]] = i;
+    }
+    CZorVertexArray sorted;
+    sorted.setNormal(vl.normal());
+    sorted.setLogicalLength(n);
+    for (int i = 0; i < n; ++i) {
+        sorted[i] = vl[segmentAt[i]];
+        sorted[i].end = ends[segmentAt[i]];
+    }
+    vl = std::move(sorted);
 }
 
 CZorPoint3dArray g_pl_sort_vl(CZorPoint3dArray pts, const CZorVertexArray& vl) {

@@ -3,10 +3,10 @@
 #include <vector>
 
 #include "zor/geometry/point3d_array.h"
+#include "zor/geometry/point_grid.h"
 #include "zor/polyline/point_inside.h"
 #include "zor/polyline/split_break.h"
 #include "zor/regions/loop_breaking.h"
-#include "zor/regions/region_index.h"
 
 namespace ZOR {
 namespace {
@@ -82,7 +82,7 @@ CZorVertexArray g_vl_bool(CZorVertexArray a, CZorVertexArray b, CZorVertexArray:
                 break;
         }
     }
-    detail::sortChains(out);
+    g_vl_sort(out);
     out.norm(false);
     return out;
 }

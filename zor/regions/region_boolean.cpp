@@ -7,6 +7,7 @@
 
 #include "zor/geometry/point3d.h"
 #include "zor/geometry/point3d_array.h"
+#include "zor/geometry/point_grid.h"
 #include "zor/polyline/point_inside.h"
 #include "zor/polyline/segment_index.h"
 #include "zor/polyline/split_break.h"
@@ -193,7 +194,7 @@ bool regionFrame(Region<VL> a, Region<VL> b, RegionList<VL>& out, const Settings
     kept.setLogicalLength(static_cast<int>(keep.size()));
     for (int k = 0; k < static_cast<int>(keep.size()); ++k) kept[k] = *keep[k];
 
-    detail::sortChains(kept);
+    g_vl_sort(kept);
     CZorArrayTempl<VL> runs = runsTaking(kept);
     out = detail::regionsTaking(runs);
     for (int r = 0; r < static_cast<int>(out.len()); ++r) {
