@@ -11,34 +11,46 @@
 namespace zor_test {
 namespace {
 
-TEST(PointInsideTest, EvenOddWithEdgesAndCorners) {
-    const CZorVertexArray square = Rect(0, 0, 2, 2);
-    EXPECT_TRUE(ZOR::g_vl_pt_inside(square, P(1, 1), false));
-    EXPECT_FALSE(ZOR::g_vl_pt_inside(square, P(3, 1), true));
-    EXPECT_TRUE(ZOR::g_vl_pt_inside(square, P(2, 1), true));
-    EXPECT_FALSE(ZOR::g_vl_pt_inside(square, P(2, 1), false));
-    EXPECT_TRUE(ZOR::g_vl_pt_inside(square, P(0, 0), true));
-    // The first ray leaves (1.5, 1) away from (1, 0) and runs exactly through the corner (2, 2).
-    EXPECT_TRUE(ZOR::g_vl_pt_inside(square, P(1.5, 1), false));
-    EXPECT_TRUE(ZOR::g_vl_pt_inside(square, CZorPoint3d(1, 1, 50), false));  // z doesn't count
-    EXPECT_FALSE(
-        ZOR::g_vl_pt_inside(CZorVertexArray(CZorVertex(P(0, 0), P(1, 0), 1.0)), P(0.5, 0), true));
+// The plain point test, with the tester's answer and its draws from rand held to it.
+bool InsideBothWays(const ZOR::detail::PointInsideTester& tester, const CZorVertexArray& vl,
+                    const CZorPoint3d& p, bool onEdge, unsigned int seed) {
+    std::srand(seed);
+    const bool plain = ZOR::g_vl_pt_inside(vl, p, onEdge);
+    const int nextDraw = std::rand();
+    std::srand(seed);
+    EXPECT_EQ(tester.inside(p, onEdge), plain) << p.x << " " << p.y;
+    EXPECT_EQ(std::rand(), nextDraw);  // as many directions drawn
+    return plain;
 }
 
-TEST(PointInsideTest, ArcsBoundTheInside) {
-    const CZorVertexArray circle = Circle(0, 0, 1);
-    EXPECT_TRUE(ZOR::g_vl_pt_inside(circle, P(0.7, 0.7), false));
-    EXPECT_FALSE(ZOR::g_vl_pt_inside(circle, P(0.72, 0.72), false));
-    EXPECT_TRUE(ZOR::g_vl_pt_inside(circle, P(0, -1), true));
+TEST(PointInsideTest, EvenOddWithEdgesCornersAndArcs) {
+    // A point on the outline answers `onEdge`; z doesn't count. The first ray from (1.5, 1)
+    // leaves away from (1, 0) and runs exactly through the corner (2, 2), so it is drawn again.
     // A positive bulge swells to the right of travel: the bottom side of a counter-clockwise
     // square bulges out below and holds points under its chord; a negative one dents it.
-    CZorVertexArray bulged = Rect(0, 0, 2, 2);
-    bulged[0].bulge = 0.5;
-    EXPECT_TRUE(ZOR::g_vl_pt_inside(bulged, P(1, -0.4), false));
-    bulged[0].bulge = -0.5;
-    EXPECT_FALSE(ZOR::g_vl_pt_inside(bulged, P(1, 0.1), false));
-    EXPECT_FALSE(ZOR::g_vl_pt_inside(bulged, P(1, -0.4), false));
-    EXPECT_TRUE(ZOR::g_vl_pt_inside(bulged, P(1, 0.6), false));
+    CZorVertexArray out = Rect(0, 0, 2, 2), in = Rect(0, 0, 2, 2);
+    out[0].bulge = 0.5;
+    in[0].bulge = -0.5;
+    const CZorVertexArray square = Rect(0, 0, 2, 2), circle = Circle(0, 0, 1);
+    const CZorVertexArray single(A(0, 0, 1, 0, 1.0));
+    struct Case {
+        const CZorVertexArray* vl;
+        CZorPoint3d p;
+        bool onEdge, inside;
+    };
+    for (const Case& c :
+         {Case{&square, P(1, 1), false, true}, Case{&square, P(3, 1), true, false},
+          Case{&square, P(2, 1), true, true}, Case{&square, P(2, 1), false, false},
+          Case{&square, P(0, 0), true, true}, Case{&square, P(1.5, 1), false, true},
+          Case{&square, CZorPoint3d(1, 1, 50), false, true}, Case{&single, P(0.5, 0), true, false},
+          Case{&circle, P(0.7, 0.7), false, true}, Case{&circle, P(0.72, 0.72), false, false},
+          Case{&circle, P(0, -1), true, true}, Case{&out, P(1, -0.4), false, true},
+          Case{&in, P(1, 0.1), false, false}, Case{&in, P(1, -0.4), false, false},
+          Case{&in, P(1, 0.6), false, true}}) {
+        SCOPED_TRACE(testing::Message() << c.vl->len() << ": " << c.p.x << " " << c.p.y);
+        const ZOR::detail::PointInsideTester tester(*c.vl);
+        EXPECT_EQ(InsideBothWays(tester, *c.vl, c.p, c.onEdge, 3), c.inside);
+    }
 }
 
 // A closed star of lines and arcs with `n` corners about (50, 50).
@@ -57,6 +69,7 @@ CZorVertexArray RandomOutline(std::mt19937& rng, int n) {
 }
 
 TEST(PointInsideTest, HierarchyAnswersLikeThePlainTest) {
+    // One tester serves all the queries of an outline, so its reused scratch lists are tested.
     std::mt19937 rng(5);
     std::uniform_real_distribution<double> coord(0.0, 100.0);
     for (int round = 0; round < 2; ++round) {
@@ -64,14 +77,7 @@ TEST(PointInsideTest, HierarchyAnswersLikeThePlainTest) {
         const ZOR::detail::PointInsideTester tester(outline);
         int inside = 0;
         for (int k = 0; k < 200; ++k) {
-            const CZorPoint3d p(coord(rng), coord(rng), 0.0);
-            std::srand(k + 1);
-            const bool plain = ZOR::g_vl_pt_inside(outline, p, true);
-            const int nextDraw = std::rand();
-            std::srand(k + 1);
-            ASSERT_EQ(tester.inside(p, true), plain) << p.x << " " << p.y;
-            EXPECT_EQ(std::rand(), nextDraw);  // as many directions drawn
-            inside += plain;
+            inside += InsideBothWays(tester, outline, P(coord(rng), coord(rng)), true, k + 1);
         }
         // Points on the outline itself.
         for (int i = 0; i < outline.len(); i += 17) {
@@ -81,15 +87,6 @@ TEST(PointInsideTest, HierarchyAnswersLikeThePlainTest) {
         EXPECT_GT(inside, 30);
         EXPECT_LT(inside, 190);
     }
-    // A first ray through a corner is thrown away by both, after the same draws.
-    const CZorVertexArray square = Rect(0, 0, 2, 2);
-    const ZOR::detail::PointInsideTester tester(square);
-    std::srand(3);
-    EXPECT_TRUE(ZOR::g_vl_pt_inside(square, P(1.5, 1), false));
-    const int nextDraw = std::rand();
-    std::srand(3);
-    EXPECT_TRUE(tester.inside(P(1.5, 1), false));
-    EXPECT_EQ(std::rand(), nextDraw);
 }
 
 TEST(PointInsideTest, HierarchyAnswersLikeThePlainTestAfterTheToleranceMoved) {

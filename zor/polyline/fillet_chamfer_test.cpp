@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "zor/polyline/test_shapes.h"
 
@@ -154,6 +155,21 @@ TEST(Chamfer, CornersBySide) {
     CZorVertexArray open = Polygon({P(0, 0), P(10, 0), P(10, 10), P(0, 10)}, false);
     EXPECT_TRUE(ZOR::g_vl_chamfer(open, 1.0, 0));
     EXPECT_EQ(open, Polygon({P(0, 0), P(9, 0), P(10, 1), P(10, 9), P(9, 10), P(0, 10)}, false));
+    // Also when the last end lies by the first segment: there is no corner from last to first.
+    CZorVertexArray nearlyClosed =
+        Polygon({P(0, 0), P(10, 0), P(10, 10), P(0, 10), P(0, 0.5)}, false);
+    EXPECT_TRUE(ZOR::g_vl_chamfer(nearlyClosed, 1.0, 0));
+    EXPECT_EQ(nearlyClosed, Polygon({P(0, 0), P(9, 0), P(10, 1), P(10, 9), P(9, 10), P(1, 10),
+                                     P(0, 9), P(0, 0.5)},
+                                    false));
+    // The L shape's inner corner turns against it: 0x7FFFFFFF cuts it too, +1 all but it, -1 it
+    // alone.
+    for (const auto& [side, len] :
+         {std::pair{0x7FFFFFFF, 12}, std::pair{1, 11}, std::pair{-1, 7}}) {
+        CZorVertexArray l = Polygon({P(0, 0), P(10, 0), P(10, 4), P(4, 4), P(4, 10), P(0, 10)});
+        EXPECT_TRUE(ZOR::g_vl_chamfer(l, 1.0, side));
+        EXPECT_EQ(l.len(), len) << side;
+    }
     // The turn of the whole is read from the second segment on round to the first, so an open
     // single corner has no area there and counts as clockwise: its left turn goes against it.
     CZorVertexArray corner = Polygon({P(0, 0), P(10, 0), P(10, 10)}, false);

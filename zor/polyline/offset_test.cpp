@@ -62,9 +62,9 @@ TEST(Offset, MovesSidewaysAndMitresTheJoints) {
     }
 }
 
-TEST(Offset, ZeroDistanceChangesNothingNotEvenTheSeam) {
-    CZorVertexArray l = Rect(0, 0, 10, 10);
-    l[3].end = P(0, 0.5);
+TEST(Offset, ZeroDistanceChangesNothingNotEvenTheJoints) {
+    // An empty list of distances would trim these two to their corner.
+    CZorVertexArray l = Chain({L(0, 0, 10, 0), L(10, 1, 10, 10)});
     const CZorVertexArray before = l;
     offsetPolyline(l, 0.0, true);
     ExpectBitEqual(l, before);

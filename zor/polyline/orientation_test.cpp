@@ -31,6 +31,7 @@ TEST(OrientationTest, ChordForms) {
     ExpectNear(ZOR::g_vl_expl(half, 0), Polygon({P(1, 0), P(c, s), P(-c, s), P(-1, 0)}, false),
                1e-12);
     EXPECT_EQ(ZOR::g_vl_expl(half, 3).len(), 4);
+    EXPECT_EQ(ZOR::g_vl_expl(half, 1).len(), 3);  // never fewer than 3 chords
     EXPECT_EQ(ZOR::g_vl_expl(CZorVertexArray(), 3).len(), 0);
     const CZorVertexArray circle = ZOR::g_vl_expl(Circle(0, 0, 1), 0);
     EXPECT_EQ(circle.len(), 6);

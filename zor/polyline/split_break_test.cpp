@@ -107,19 +107,7 @@ TEST(SplitTest, TangentDirectionsAndShadowEdges) {
               Polygon({P(10, 0), P(10, 4), P(6, 4), P(6, 8), P(0, 8), P(0, 0)}));
 }
 
-TEST(SplitTest, DegenerateArcsEndTheSplits) {
-    // On an astronomic bulge rounding keeps finding the tangent point just broken at; the walks
-    // must end all the same.
-    for (const double bulge : {1e12, -1e15, std::nan(""), 1e300}) {
-        const CZorVertexArray lens = Chain({A(0, 0, 4, 0.001, bulge), A(4, 0.001, 0, 0, bulge)});
-        for (const double w : {0.0, 0.3}) {
-            EXPECT_LE(ZOR::g_vl_split_tang_w(lens, w).len(), 2 + 2 * 2 + 2);
-            EXPECT_LE(ZOR::g_vl_split_w(lens, w).len(), 2 + 4 * 3 * 3);
-        }
-    }
-}
-
-TEST(CutTest, PieceBetweenTwoPoints) {
+TEST(CutTest, PiecesBetweenPoints) {
     const CZorVertexArray square = Rect(0, 0, 2, 2);
     // From the last corner to the second, across the seam.
     EXPECT_EQ(ZOR::g_vl_cut(square, P(0, 2), P(2, 0)), Polygon({P(0, 2), P(0, 0), P(2, 0)}, false));
@@ -128,6 +116,13 @@ TEST(CutTest, PieceBetweenTwoPoints) {
     const CZorVertexArray open(L(0, 0, 4, 0));
     EXPECT_EQ(ZOR::g_vl_cut(open, P(9, 9), P(2, 0)).len(), 0);
     EXPECT_EQ(ZOR::g_vl_cut(open, P(1, 0), P(9, 9)), CZorVertexArray(L(1, 0, 4, 0)));
+    // Pieces between points, each normalised: none on the polyline gives it whole.
+    const CZorVertexArray vl = Polygon({P(0, 0), P(4, 0), P(4, 4)}, false);
+    EXPECT_EQ(ZOR::g_vl_break(vl, Points({P(9, 9)})), List({vl}));
+    EXPECT_EQ(ZOR::g_vl_break(vl, Points({P(2, 0), P(4, 0), P(4, 3)})),
+              List({CZorVertexArray(L(0, 0, 2, 0)), CZorVertexArray(L(2, 0, 4, 0)),
+                    CZorVertexArray(L(4, 0, 4, 3)), CZorVertexArray(L(4, 3, 4, 4))}));
+    EXPECT_EQ(ZOR::g_vl_break(CZorVertexArray(), Points({P(1, 1)})).len(), 0u);
 }
 
 TEST(BreakTest, TwoPolylinesAgainstEachOther) {
@@ -229,34 +224,28 @@ TEST(BreakTest, PrunedBreakingEqualsThePlainLoopBitForBit) {
     ExpectBreakLikeThePlainLoop(line, zigzag);
 }
 
-TEST(BreakTest, DegenerateBulgesEndTheWalk) {
-    // Rounding on astronomic circles and NaN arithmetic can make every piece meet the other
-    // segment again; the walk must still end, with a bounded number of pieces.
-    for (const double bulge : {1e12, -1e15, std::nan(""), 1e-300}) {
+TEST(BreakTest, DegenerateBulgesEndTheWalks) {
+    // On astronomic circles rounding keeps finding the point just broken at, and NaN arithmetic
+    // makes every piece meet the other segment again; the walks must end all the same, with a
+    // bounded number of pieces. Breaking: each original segment breaks at most once per end of
+    // both and 4 crossings per pair.
+    const int perSegment = 3 + 4 + 4 * 2 * 3;
+    for (const double bulge : {1e12, -1e15, std::nan(""), 1e300, 1e-300}) {
+        SCOPED_TRACE(bulge);
+        const CZorVertexArray lens = Chain({A(0, 0, 4, 0.001, bulge), A(4, 0.001, 0, 0, bulge)});
+        for (const double w : {0.0, 0.3}) {
+            EXPECT_LE(ZOR::g_vl_split_tang_w(lens, w).len(), 2 + 2 * 2 + 2);
+            EXPECT_LE(ZOR::g_vl_split_w(lens, w).len(), 2 + 4 * 3 * 3);
+        }
         CZorVertexArray a = Chain({A(0, 0, 4, 0.001, bulge), A(4, 0.001, 8, 0, bulge)});
         CZorVertexArray b = Polygon({P(1, -3), P(2, 3), P(3, -3), P(6, 4)}, false);
         ZOR::g_vl_break(a, b, 3);
-        // Each original segment breaks at most once per end of both and 4 crossings per pair.
-        const int perSegment = 3 + 4 + 4 * 2 * 3;
         EXPECT_LE(a.len(), 2 + 2 * perSegment);
         EXPECT_LE(b.len(), 3 + 3 * perSegment);
     }
 }
 
-TEST(BreakTest, PiecesBetweenPoints) {
-    const CZorVertexArray vl = Polygon({P(0, 0), P(4, 0), P(4, 4)}, false);
-    const CZorArrayTempl<CZorVertexArray> none = ZOR::g_vl_break(vl, Points({P(9, 9)}));
-    ASSERT_EQ(none.len(), 1u);
-    EXPECT_EQ(none[0], vl);
-    const CZorArrayTempl<CZorVertexArray> three =
-        ZOR::g_vl_break(vl, Points({P(2, 0), P(4, 0), P(4, 3)}));
-    ASSERT_EQ(three.len(), 4u);
-    EXPECT_EQ(three[0], CZorVertexArray(L(0, 0, 2, 0)));
-    EXPECT_EQ(three[3], CZorVertexArray(L(4, 3, 4, 4)));
-    EXPECT_EQ(ZOR::g_vl_break(CZorVertexArray(), Points({P(1, 1)})).len(), 0u);
-}
-
-TEST(PrimitiveTest, CircleChordsOrBox) {
+TEST(PrimitiveTest, CircleChordsBoxAndDuplicates) {
     const CZorVertexArray circle = Circle(0, 0, 1);
     EXPECT_EQ(ZOR::g_vl_primitive(circle), circle);
     // Bulges below 0.5 give the chord polygon; 0.5 isn't below it and gives the box.
@@ -278,9 +267,7 @@ TEST(PrimitiveTest, CircleChordsOrBox) {
     EXPECT_EQ(prim, Rect(0, -0.5, 2, 2));
     EXPECT_EQ(prim.attrNumber, 4);
     EXPECT_TRUE(prim.attrText == L"slab");
-}
-
-TEST(DuplicateTest, ReverseTwinsCountAsOne) {
+    // Without repeats; a segment and its reverse count as one, the first stays.
     const CZorVertex a = L(0, 0, 1, 0), b = L(1, 0, 1, 1);
     EXPECT_EQ(ZOR::g_vl_dupl_remove(Chain({a, b, a.reverse(), b})), Chain({a, b}));
 }

@@ -51,7 +51,7 @@ TEST(TangentRuns, PadAndCutDistances) {
         int n;
         CZorArrayTempl<double> out;
     };
-    for (const Case& c : {Case{List({5.0}), 3, List({5.0, 5.0, 5.0})},
+    for (const Case& c : {Case{List({1.0, 5.0}), 4, List({1.0, 5.0, 5.0, 5.0})},
                           Case{CZorArrayTempl<double>(), 3, List({0.0, 0.0, 0.0})},
                           Case{List({1.0, 2.0, 3.0, 4.0}), 3, List({1.0, 2.0, 3.0})},
                           Case{List({1.0, 2.0}), -1, CZorArrayTempl<double>()}}) {

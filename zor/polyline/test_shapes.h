@@ -85,15 +85,20 @@ inline void ExpectPoint(const CZorPoint3d& p, double x, double y, double eps = 1
     EXPECT_NEAR(p.y, y, eps);
 }
 
-// The same segments, each coordinate and bulge within `eps`.
+// The same segment, or the same segments, each coordinate and bulge within `eps`.
+inline void ExpectNear(const CZorVertex& x, const CZorVertex& y, double eps = 1e-9) {
+    EXPECT_NEAR(x.start.x, y.start.x, eps);
+    EXPECT_NEAR(x.start.y, y.start.y, eps);
+    EXPECT_NEAR(x.end.x, y.end.x, eps);
+    EXPECT_NEAR(x.end.y, y.end.y, eps);
+    EXPECT_NEAR(x.bulge, y.bulge, eps);
+}
+
 inline void ExpectNear(const CZorVertexArray& x, const CZorVertexArray& y, double eps = 1e-9) {
     ASSERT_EQ(x.len(), y.len());
     for (int i = 0; i < x.len(); ++i) {
-        EXPECT_NEAR(x[i].start.x, y[i].start.x, eps) << i;
-        EXPECT_NEAR(x[i].start.y, y[i].start.y, eps) << i;
-        EXPECT_NEAR(x[i].end.x, y[i].end.x, eps) << i;
-        EXPECT_NEAR(x[i].end.y, y[i].end.y, eps) << i;
-        EXPECT_NEAR(x[i].bulge, y[i].bulge, eps) << i;
+        SCOPED_TRACE(i);
+        ExpectNear(x[i], y[i], eps);
     }
 }
 

@@ -14,83 +14,64 @@ namespace {
 
 const double kQuarter = std::tan(kPi / 8);  // the bulge of a quarter circle
 
-TEST(VertexTest, HalfCircleShapeFollowsBulgeSign) {
-    // toArc reads counter-clockwise: the clockwise half from its end to its start. The free
-    // functions of (start, end, bulge) agree with the segment.
+TEST(VertexTest, ShapeFollowsBulge) {
+    // A positive bulge swells right of the chord, its centre on the left until more than half
+    // a circle moves it over; the sagitta is |b| chord / 2. An arc without chord is a point. The
+    // free functions of (start, end, bulge) agree with the segment.
     struct Case {
-        double bulge, midY, a1, a2;
+        CZorVertex v;
+        CZorPoint3d mid, centre;
+        double r, len;
     };
-    for (const Case& c : {Case{1.0, 1.0, 0.0, kPi}, Case{-1.0, -1.0, kPi, 0.0}}) {
-        SCOPED_TRACE(c.bulge);
-        const CZorVertex v = A(1, 0, -1, 0, c.bulge);
-        ExpectPoint(v.mid(), 0, c.midY);
-        ExpectPoint(ZOR::g_bulg_mid(v.start, v.end, c.bulge), 0, c.midY);
-        ExpectPoint(v.center(), 0, 0);
-        ExpectPoint(ZOR::g_bulg_cen(v.start, v.end, c.bulge), 0, 0);
-        EXPECT_DOUBLE_EQ(v.radius(), 1.0);
-        EXPECT_DOUBLE_EQ(v.bulgLen(), kPi);
-        EXPECT_DOUBLE_EQ(ZOR::g_bulg_len(v.start, v.end, c.bulge), kPi);
-        CZorPoint3d centre;
-        double r = 0, a1 = 0, a2 = 0;
-        ASSERT_TRUE(v.toArc(centre, r, a1, a2));
-        EXPECT_NEAR(a1, c.a1, 1e-12);
-        EXPECT_NEAR(a2, c.a2, 1e-12);
+    const double r = 1.25;  // of the arcs on the chord (0, 0)-(2, 0)
+    for (const Case& c :
+         {Case{A(1, 0, -1, 0, 1.0), P(0, 1), P(0, 0), 1.0, kPi},
+          Case{A(1, 0, -1, 0, -1.0), P(0, -1), P(0, 0), 1.0, kPi},
+          Case{A(0, 0, 2, 0, 0.5), P(1, -0.5), P(1, 0.75), r, 4 * r * std::atan(0.5)},
+          Case{A(0, 0, 2, 0, 2.0), P(1, -2), P(1, -0.75), r, 4 * r * std::atan(2.0)},
+          Case{A(0, 0, 2, 0, -2.0), P(1, 2), P(1, 0.75), r, 4 * r * std::atan(2.0)},
+          Case{A(3, 4, 3, 4, 0.7), P(3, 4), P(3, 4), 0.0, 0.0}}) {
+        SCOPED_TRACE(c.v.bulge);
+        const CZorVertex& v = c.v;
+        ExpectPoint(v.mid(), c.mid.x, c.mid.y);
+        ExpectPoint(ZOR::g_bulg_mid(v.start, v.end, v.bulge), c.mid.x, c.mid.y);
+        ExpectPoint(v.center(), c.centre.x, c.centre.y);
+        ExpectPoint(ZOR::g_bulg_cen(v.start, v.end, v.bulge), c.centre.x, c.centre.y);
+        EXPECT_NEAR(v.radius(), c.r, 1e-12);
+        EXPECT_NEAR(v.bulgLen(), c.len, 1e-12);
+        EXPECT_NEAR(ZOR::g_bulg_len(v.start, v.end, v.bulge), c.len, 1e-12);
     }
+    // toArc reads counter-clockwise: the clockwise half from its end to its start.
+    CZorPoint3d centre;
+    double radius = 0, a1 = 0, a2 = 0;
+    ASSERT_TRUE(A(1, 0, -1, 0, -1.0).toArc(centre, radius, a1, a2));
+    EXPECT_NEAR(a1, kPi, 1e-12);
+    EXPECT_NEAR(a2, 0.0, 1e-12);
     EXPECT_NEAR(ZOR::vx_start_angle(A(1, 0, -1, 0, 1.0)), kPi / 2, 1e-12);
     // At the end the curve heads -Y; walked backwards it points back towards +Y.
     EXPECT_NEAR(ZOR::vx_end_angle(A(1, 0, -1, 0, 1.0)), kPi / 2, 1e-12);
     ExpectPoint(ZOR::g_bulg_cen(P(0, 0), P(2, 0), 0.0), 1, 0);
     ExpectPoint(ZOR::g_arc_mid(P(0, 0), 1.0, 0.0, kPi), 0, 1);
     EXPECT_NEAR(ZOR::vx_start_dir(L(0, 0, 0, 2)).y, 1.0, 1e-12);
-}
-
-TEST(VertexTest, CentreAndSwellOfMinorAndMajorArcs) {
-    // A positive bulge swells to the right of the chord with its centre on the left, until more
-    // than half a circle moves the centre over to the swollen side; the sagitta is |b| chord / 2.
-    struct Case {
-        double bulge, midY;
-        bool centreAbove;
-    };
-    for (const Case& c : {Case{0.5, -0.5, true}, Case{2.0, -2.0, false}, Case{-2.0, 2.0, true}}) {
-        SCOPED_TRACE(c.bulge);
-        const CZorVertex v = A(0, 0, 2, 0, c.bulge);
-        EXPECT_EQ(v.center().y > 0.0, c.centreAbove);
-        EXPECT_NEAR(v.mid().y, c.midY, 1e-12);
-        EXPECT_NEAR(v.center().distanceTo(v.start), v.radius(), 1e-12);
-        EXPECT_NEAR(v.center().distanceTo(v.mid()), v.radius(), 1e-12);
-    }
-}
-
-TEST(VertexTest, LineAndZeroChordArcHaveNoRadius) {
+    // A line has neither centre nor radius: false and untouched, or NaN.
     const CZorVertex line = L(0, 0, 1, 0);
     CZorPoint3d c(7, 7, 7);
-    double r = 3.0;
+    double lineRadius = 3.0;
     EXPECT_FALSE(line.center(c));
-    EXPECT_FALSE(line.radius(r));
+    EXPECT_FALSE(line.radius(lineRadius));
     EXPECT_EQ(c, CZorPoint3d(7, 7, 7));
-    EXPECT_EQ(r, 3.0);
+    EXPECT_EQ(lineRadius, 3.0);
     EXPECT_TRUE(std::isnan(line.center().x));
     EXPECT_TRUE(std::isnan(line.radius()));
-    // An arc without chord: centre at the midpoint, radius and length 0.
-    const CZorVertex dot = A(3, 4, 3, 4, 0.7);
-    ExpectPoint(dot.center(), 3, 4);
-    ExpectPoint(dot.mid(), 3, 4);
-    EXPECT_DOUBLE_EQ(dot.radius(), 0.0);
-    EXPECT_DOUBLE_EQ(dot.bulgLen(), 0.0);
 }
 
-TEST(VertexTest, ConstructorsFromArcDescriptions) {
+TEST(VertexTest, ConstructorsAndEquality) {
     EXPECT_NEAR(CZorVertex(P(-1, 0), P(0, -1), P(1, 0)).bulge, 1.0, 1e-12);
-    const CZorVertex polarArc(P(0, 0), 2.0, 0.0, kPi / 2);
-    ExpectPoint(polarArc.start, 2, 0);
-    ExpectPoint(polarArc.end, 0, 2);
-    EXPECT_NEAR(polarArc.bulge, kQuarter, 1e-12);
+    ExpectNear(CZorVertex(P(0, 0), 2.0, 0.0, kPi / 2), A(2, 0, 0, 2, kQuarter), 1e-12);
     const CZorVertex flat(P(0, 0), 2.0, 1.0, 1.0);
     EXPECT_EQ(flat.bulge, 0.0);
     EXPECT_EQ(flat.tag, 0);
-}
-
-TEST(VertexTest, EqualityUsesLiteralBulgeToleranceAndDirection) {
+    // Bulges within the literal 1e-5, ends by the point tolerance, direction counts.
     const CZorVertex a = A(0, 0, 1, 0, 0.5);
     EXPECT_EQ(a, A(0, 0, 1, 0, 0.5 + 0.9e-5));
     EXPECT_NE(a, A(0, 0, 1, 0, 0.5 + 1.1e-5));
@@ -110,68 +91,47 @@ TEST(VertexTest, RevertReverseAndComplement) {
     // The other part of the circle, ends swapped; a line just turns.
     for (const double b : {0.5, -0.5, 0.0}) {
         SCOPED_TRACE(b);
-        CZorVertex v = A(0, 0, 1, 0, b);
-        v.complement();
-        EXPECT_NEAR(v.bulge, b == 0.0 ? 0.0 : 1.0 / b, 1e-12);
-        ExpectPoint(v.start, 1, 0);
-        ExpectPoint(v.end, 0, 0);
+        ExpectNear(A(0, 0, 1, 0, b).complement(), A(1, 0, 0, 0, b == 0.0 ? 0.0 : 1.0 / b), 1e-12);
     }
 }
 
 TEST(VertexTest, MovingAnEndKeepsTheCircle) {
-    // A point off the circle is projected along the ray from the centre.
-    struct Case {
-        double bulge;
-        bool moveStart;
-        CZorPoint3d to, landed;
-        double newBulge;
-    };
-    for (const Case& c :
-         {Case{1.0, false, P(0, 5), P(0, 1), kQuarter}, Case{1.0, true, P(0, 1), P(0, 1), kQuarter},
-          Case{-1.0, false, P(0, -3), P(0, -1), -kQuarter}}) {
-        SCOPED_TRACE(c.to.y);
-        CZorVertex v = A(1, 0, -1, 0, c.bulge);
-        c.moveStart ? v.setStartPoint(c.to) : v.setEndPoint(c.to);
-        ExpectPoint(c.moveStart ? v.start : v.end, c.landed.x, c.landed.y);
-        EXPECT_NEAR(v.bulge, c.newBulge, 1e-12);
-        EXPECT_NEAR(v.radius(), 1.0, 1e-12);
-    }
-    // Past the other end: the long way round, same sense.
-    CZorVertex x = A(1, 0, 0, 1, kQuarter);
-    x.setEndPoint(P(1, -0.001));
-    EXPECT_GT(x.bulge, 1.0);
+    // A point off the circle is projected along the ray from the centre; past the other end the
+    // arc goes the long way round in the same sense.
+    CZorVertex v = A(1, 0, -1, 0, 1.0);
+    ExpectNear(v.setEndPoint(P(0, 5)), A(1, 0, 0, 1, kQuarter), 1e-12);
+    ExpectNear(A(1, 0, -1, 0, 1.0).setStartPoint(P(0, 1)), A(0, 1, -1, 0, kQuarter), 1e-12);
+    ExpectNear(A(1, 0, -1, 0, -1.0).setEndPoint(P(0, -3)), A(1, 0, 0, -1, -kQuarter), 1e-12);
+    ExpectNear(A(1, 0, -1, 0, -1.0).setStartPoint(P(0, -3)), A(0, -1, -1, 0, -kQuarter), 1e-12);
+    EXPECT_GT(v.setEndPoint(P(1, -0.001)).bulge, 1.0);
 }
 
 TEST(VertexTest, OffsetGoesRightOfTravelAndCollapsesPastTheCentre) {
-    CZorVertex line = L(0, 0, 1, 0);
-    line.offset(1.0);
-    ExpectPoint(line.start, 0, -1);
-    ExpectPoint(line.end, 1, -1);
-    // Right of a counter-clockwise arc is outside; -1 lands on the centre by arithmetic, -3 by
-    // the collapse rule, which keeps the bulge.
+    // Right of a counter-clockwise arc is outside, of a clockwise one inside; -1 lands on the
+    // centre by arithmetic, -3 by the collapse rule, which keeps the bulge.
     const CZorVertex ccw = A(1, 0, -1, 0, 1.0);
-    CZorVertex grown = ccw;
-    EXPECT_NEAR(grown.offset(1.0).radius(), 2.0, 1e-12);
-    for (const double d : {-1.0, -3.0}) {
-        CZorVertex collapsed = ccw;
-        collapsed.offset(d);
-        ExpectPoint(collapsed.start, 0, 0);
-        ExpectPoint(collapsed.end, 0, 0);
-        EXPECT_EQ(collapsed.bulge, 1.0);
+    struct Case {
+        CZorVertex v;
+        double d;
+        CZorVertex expected;
+    };
+    for (const Case& c :
+         {Case{L(0, 0, 1, 0), 1.0, L(0, -1, 1, -1)}, Case{ccw, 1.0, A(2, 0, -2, 0, 1.0)},
+          Case{ccw, -1.0, A(0, 0, 0, 0, 1.0)}, Case{ccw, -3.0, A(0, 0, 0, 0, 1.0)},
+          Case{ccw, 0.0, ccw}, Case{ccw, std::nan(""), ccw},
+          Case{A(2, 0, -2, 0, -1.0), 1.0, A(1, 0, -1, 0, -1.0)}}) {
+        SCOPED_TRACE(testing::Message() << c.v.bulge << " " << c.d);
+        CZorVertex v = c.v;
+        ExpectNear(v.offset(c.d), c.expected, 1e-12);
     }
-    CZorVertex cw = A(2, 0, -2, 0, -1.0);
-    EXPECT_NEAR(cw.offset(1.0).radius(), 1.0, 1e-12);  // right of a clockwise arc is inside
-    CZorVertex same = ccw;
-    EXPECT_EQ(same.offset(std::nan("")), ccw);
-    EXPECT_EQ(same.offset(0.0), ccw);
     // Through a point.
-    ExpectPoint(L(0, 0, 4, 0).offset(P(2, 3)).start, 0, 3);
+    ExpectNear(L(0, 0, 4, 0).offset(P(2, 3)), L(0, 3, 4, 3), 1e-12);
     CZorVertex arc = ccw;
     EXPECT_NEAR(arc.offset(P(0, 3)).radius(), 3.0, 1e-12);
     EXPECT_NEAR(arc.offset(P(0, 0.5)).radius(), 0.5, 1e-12);
 }
 
-TEST(VertexTest, SideAndSignedDistance) {
+TEST(VertexTest, SideDistanceAndWalking) {
     const CZorVertex line = L(0, 0, 1, 0);
     EXPECT_EQ(line.orientp(P(0, 5)), 1);
     EXPECT_EQ(line.orientp(P(7, -5)), -1);
@@ -181,9 +141,6 @@ TEST(VertexTest, SideAndSignedDistance) {
     EXPECT_EQ(ccw.orientp(P(0, 0.5)), 1);  // inside a counter-clockwise arc is left
     EXPECT_EQ(ccw.orientp(P(0, 2)), -1);
     ExpectPoint(ccw.lotp(P(0, -4)), 0, -1);  // on the full circle, not limited to the arc
-}
-
-TEST(VertexTest, WalkingAlongAndBack) {
     const CZorVertex arc = A(1, 0, -1, 0, 1.0);
     const CZorVertex cw = A(1, 0, -1, 0, -1.0);
     CZorPoint3d p;
@@ -241,6 +198,13 @@ TEST(VertexTest, IntersectionFlags) {
     // Chords only.
     EXPECT_EQ(arc.intersectWithBulg0(L(0, -1, 0, 0.5)).len(), 1);
     EXPECT_EQ(arc.intersectWithBulg0(arc).len(), 0);
+    // intNear: the crossing of the extended segments nearest to a point; none leaves `out`.
+    CZorPoint3d near(7, 7, 0);
+    ASSERT_TRUE(A(2, 0, -2, 0, 1.0).intNear(L(-5, 0.5, -4, 0.5), P(5, 0), near));
+    EXPECT_GT(near.x, 0.0);
+    near = CZorPoint3d(7, 7, 0);
+    EXPECT_FALSE(A(2, 0, -2, 0, 1.0).intNear(L(-5, 9, 5, 9), P(0, 0), near));
+    EXPECT_EQ(near, CZorPoint3d(7, 7, 0));
 }
 
 TEST(VertexTest, GivenArcCircleAnswersLikeTheSegmentItself) {
@@ -281,17 +245,7 @@ TEST(VertexTest, GivenArcCircleAnswersLikeTheSegmentItself) {
     EXPECT_GT(found, 100);
 }
 
-TEST(VertexTest, IntNearPicksTheCrossingNearestToAPoint) {
-    const CZorVertex circleArc = A(2, 0, -2, 0, 1.0);
-    CZorPoint3d out(7, 7, 0);
-    ASSERT_TRUE(circleArc.intNear(L(-5, 0.5, -4, 0.5), P(5, 0), out));
-    EXPECT_GT(out.x, 0.0);
-    out = CZorPoint3d(7, 7, 0);
-    EXPECT_FALSE(circleArc.intNear(L(-5, 9, 5, 9), P(0, 0), out));
-    EXPECT_EQ(out, CZorPoint3d(7, 7, 0));
-}
-
-TEST(VertexTest, CoLinearAndUnite) {
+TEST(VertexTest, CoLinearTangentAndSplitCounts) {
     const CZorVertex a = L(0, 0, 1, 0);
     EXPECT_TRUE(a.coLinear(L(1, 0, 2, 0)));
     EXPECT_EQ(a.unite(L(1, 0, 2, 0)), L(0, 0, 2, 0));
@@ -303,10 +257,6 @@ TEST(VertexTest, CoLinearAndUnite) {
     const CZorVertex q1 = A(1, 0, 0, 1, kQuarter);
     ASSERT_TRUE(q1.coLinear(A(0, 1, -1, 0, kQuarter)));
     EXPECT_NEAR(q1.unite(A(0, 1, -1, 0, kQuarter)).bulge, 1.0, 1e-12);
-}
-
-TEST(VertexTest, TangencyAndSplitCounts) {
-    const CZorVertex a = L(0, 0, 1, 0);
     EXPECT_TRUE(ZOR::g_vx_is_tang(a, a.reverse(), P(1, 0)));
     EXPECT_FALSE(ZOR::g_vx_is_tang(a, L(1, 0, 1, 1), P(1, 0)));
     const CZorVertex half = A(10, 0, -10, 0, 1.0);
