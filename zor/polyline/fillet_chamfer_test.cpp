@@ -85,18 +85,36 @@ TEST(Fillet, LineArcAndArcArcCorners) {
 }
 
 TEST(Fillet, Polylines) {
-    // Closed with `closed`: the closing arc last. Without, the closing corner keeps its point.
+    // Every corner in running order; closed with `closed`, the closing arc last, else the
+    // closing corner keeps its point. One corner alone only at a joint and with a positive
+    // radius; a copy otherwise, also at the free end of an open polyline.
     const CZorVertexArray sq = Rect(0, 0, 10, 10);
-    CZorVertexArray f = ZOR::g_vl_fillet(sq, 1.0, 0, true);
-    ASSERT_EQ(f.len(), 8);
-    EXPECT_NE(f[-1].bulge, 0.0);
-    EXPECT_TRUE(f.isClosed());
-    f = ZOR::g_vl_fillet(sq, 1.0, 0, false);
-    ASSERT_EQ(f.len(), 7);
-    EXPECT_TRUE(f[0].start == P(0, 0));
+    const double b = std::tan(kPi / 8);
+    const CZorVertexArray round =
+        Chain({L(1, 0, 9, 0), A(9, 0, 10, 1, b), L(10, 1, 10, 9), A(10, 9, 9, 10, b),
+               L(9, 10, 1, 10), A(1, 10, 0, 9, b), L(0, 9, 0, 1), A(0, 1, 1, 0, b)});
+    ExpectNear(ZOR::g_vl_fillet(sq, 1.0, 0, true), round);
+    CZorVertexArray open = round;
+    open[0].start = P(0, 0);
+    open[6].end = P(0, 0);
+    open.setLogicalLength(7);
+    ExpectNear(ZOR::g_vl_fillet(sq, 1.0, 0, false), open);
+    ExpectNear(ZOR::g_vl_fillet_p(sq, P(10, 0), 1.0),
+               Chain({L(0, 0, 9, 0), A(9, 0, 10, 1, b), L(10, 1, 10, 10), L(10, 10, 0, 10),
+                      L(0, 10, 0, 0)}));
+    ExpectNear(ZOR::g_vl_fillet_p(sq, P(0, 0), 1.0),
+               Chain({L(1, 0, 10, 0), L(10, 0, 10, 10), L(10, 10, 0, 10), L(0, 10, 0, 1),
+                      A(0, 1, 1, 0, b)}));
+    for (const auto& [p, r] :
+         {std::pair{P(5, 0), 1.0}, std::pair{P(10, 0), 0.0}, std::pair{P(10, 0), -1.0}}) {
+        EXPECT_EQ(ZOR::g_vl_fillet_p(sq, p, r), sq);
+    }
+    const CZorVertexArray corner = Polygon({P(0, 0), P(5, 0), P(5, 5)}, false);
+    EXPECT_EQ(ZOR::g_vl_fillet_p(corner, P(0, 0), 1.0), corner);
     EXPECT_EQ(ZOR::g_vl_fillet(CZorVertexArray(L(0, 0, 1, 0)), 1.0, 0, true).len(), 1);
     // A short middle segment: the first fillet uses it up, the second corner stays.
-    f = ZOR::g_vl_fillet(Polygon({P(0, 10), P(0, 0), P(3, 0), P(3, 10)}, false), 2.0, 0, false);
+    CZorVertexArray f =
+        ZOR::g_vl_fillet(Polygon({P(0, 10), P(0, 0), P(3, 0), P(3, 10)}, false), 2.0, 0, false);
     ASSERT_EQ(f.len(), 4);
     EXPECT_TRUE(f[2].end == P(3, 0));
     // A first segment left an arc of more than half a circle refuses the fillet.
@@ -106,27 +124,9 @@ TEST(Fillet, Polylines) {
     // Segments that stop short of their corner are first brought together there; parallel ones
     // can't be, and stay as they were.
     f = ZOR::g_vl_fillet(Chain({L(0, 0, 8, 0), L(10, 2, 10, 10)}), 1.0, 0, false);
-    ASSERT_EQ(f.len(), 3);
-    EXPECT_TRUE(f[0].end == P(9, 0));
-    EXPECT_TRUE(f[2].start == P(10, 1));
+    ExpectNear(f, Chain({L(0, 0, 9, 0), A(9, 0, 10, 1, b), L(10, 1, 10, 10)}));
     const CZorVertexArray parallel = Chain({L(0, 0, 5, 0), L(6, 1, 10, 1)});
     EXPECT_EQ(ZOR::g_vl_fillet(parallel, 1.0, 0, false), parallel);
-}
-
-TEST(Fillet, OneCorner) {
-    const CZorVertexArray sq = Rect(0, 0, 10, 10);
-    CZorVertexArray f = ZOR::g_vl_fillet_p(sq, P(10, 0), 1.0);
-    ASSERT_EQ(f.len(), 5);
-    EXPECT_NE(f[1].bulge, 0.0);
-    f = ZOR::g_vl_fillet_p(sq, P(0, 0), 1.0);  // the closing corner: arc last
-    ASSERT_EQ(f.len(), 5);
-    EXPECT_NE(f[4].bulge, 0.0);
-    // Copies: not at a joint, a radius that isn't positive, the free end of an open polyline.
-    EXPECT_EQ(ZOR::g_vl_fillet_p(sq, P(5, 0), 1.0), sq);
-    EXPECT_EQ(ZOR::g_vl_fillet_p(sq, P(10, 0), 0.0), sq);
-    EXPECT_EQ(ZOR::g_vl_fillet_p(sq, P(10, 0), -1.0), sq);
-    const CZorVertexArray open = Polygon({P(0, 0), P(5, 0), P(5, 5)}, false);
-    EXPECT_EQ(ZOR::g_vl_fillet_p(open, P(0, 0), 1.0), open);
 }
 
 TEST(Chamfer, CornersBySide) {

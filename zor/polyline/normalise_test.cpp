@@ -111,7 +111,7 @@ TEST(CloseTest, BridgesGapsAndClosesOnRequest) {
     }
 }
 
-TEST(JoinTest, OneSegment) {
+TEST(JoinTest, SegmentsAndPolylines) {
     // A segment that fits only reversed is refused without allowReverse; at the start it is
     // attached reversed too; what fits nowhere is refused.
     CZorVertexArray vl(L(0, 0, 1, 0));
@@ -127,14 +127,12 @@ TEST(JoinTest, OneSegment) {
     ASSERT_TRUE(both.join(L(1, 1, 0, 0), false));
     EXPECT_EQ(both[2].start, P(1, 1));
     EXPECT_FALSE(both.join(L(0, 0, 5, 5), true));
+    // An empty polyline takes anything, also a closed polyline.
     CZorVertexArray empty;
     EXPECT_TRUE(empty.join(L(3, 3, 4, 4), false));
     EXPECT_EQ(empty, CZorVertexArray(L(3, 3, 4, 4)));
-}
-
-TEST(JoinTest, WholePolylines) {
     const CZorVertexArray square = Rect(0, 0, 1, 1);
-    CZorVertexArray empty;
+    empty = CZorVertexArray();
     EXPECT_TRUE(empty.join(square, false));
     EXPECT_EQ(empty, square);
     CZorVertexArray chain(L(0, 0, 1, 0));

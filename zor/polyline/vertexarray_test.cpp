@@ -273,19 +273,17 @@ TEST(VertexArrayExTest, AttributesTravelOnlyWhereTheyShould) {
     EXPECT_EQ(ex.len(), 0);
     EXPECT_EQ(ex.attrNumber, 0);
     EXPECT_TRUE(ex.attrText.isNull());
-}
-
-TEST(VertexArrayExTest, ListConversionsKeepExistingAttributes) {
+    // Converting lists: going to Ex the attributes already there stay.
     CZorArrayTempl<CZorVertexArray> plain;
     plain.append(Rect(0, 0, 1, 1)).append(Rect(0, 0, 2, 2));
-    CZorArrayTempl<CZorVertexArrayEx> ex;
-    ex[0].attrNumber = 3;
-    zorVllToVllEx(ex, plain);
-    ASSERT_EQ(ex.len(), 2u);
-    EXPECT_EQ(ex[0].attrNumber, 3);
-    EXPECT_EQ(ex[1], plain[1]);
+    CZorArrayTempl<CZorVertexArrayEx> exList;
+    exList[0].attrNumber = 3;
+    zorVllToVllEx(exList, plain);
+    ASSERT_EQ(exList.len(), 2u);
+    EXPECT_EQ(exList[0].attrNumber, 3);
+    EXPECT_EQ(exList[1], plain[1]);
     CZorArrayTempl<CZorVertexArray> back;
-    zorVllExToVll(back, ex);
+    zorVllExToVll(back, exList);
     EXPECT_EQ(back, plain);
 }
 
