@@ -4,10 +4,14 @@
 
 CZorVertexArray& CZorVertexArray::norm(bool keepStart) {
     if (len() == 0) return *this;
+    // Sized once for all segments, then cut to those that remain.
     CZorVertexArray work;
+    work.setLogicalLength(len());
+    int kept = 0;
     for (int i = 0; i < len(); ++i) {
-        if (data_[i].start != data_[i].end) work.append(data_[i]);
+        if (data_[i].start != data_[i].end) work[kept++] = data_[i];
     }
+    work.setLogicalLength(kept);
     if (work.len() < 2) {
         // Nothing left to merge; the result takes the work list's fresh normal as well.
         *this = work;

@@ -124,7 +124,8 @@ SegmentIndex::SegmentIndex(const CZorVertexArray& vl) {
     leafBoxes_.reserve(n);
     for (const int i : order_) leafBoxes_.push_back(boxes[i]);
     if (n > 0) {
-        nodes_.reserve(2 * (n / kLeafSize + 1));
+        // Cuts at cell boundaries leave some leaves part full: room for leaves half full.
+        nodes_.reserve(4 * (n / kLeafSize + 1));
         build(0, n, codes);
     }
 }

@@ -436,14 +436,24 @@ void g_vl_sort(CZorVertexArray& vl) {
         pos[segmentAt[best]] = best;
         pos[segmentAt[i]] = i;
     }
-    CZorVertexArray sorted;
-    sorted.setNormal(vl.normal());
-    sorted.setLogicalLength(n);
+    // Position i takes segment segmentAt[i]: moved in place along the cycles of that exchange.
+    std::vector<bool> placed(n, false);
     for (int i = 0; i < n; ++i) {
-        sorted[i] = vl[segmentAt[i]];
-        sorted[i].end = ends[segmentAt[i]];
+        if (placed[i]) continue;
+        const CZorVertex first = vl[i];
+        int j = i;
+        for (;;) {
+            placed[j] = true;
+            const int from = segmentAt[j];
+            if (from == i) {
+                vl[j] = first;
+                break;
+            }
+            vl[j] = vl[from];
+            j = from;
+        }
     }
-    vl = std::move(sorted);
+    for (int i = 0; i < n; ++i) vl[i].end = ends[segmentAt[i]];
 }
 
 CZorPoint3dArray g_pl_sort_vl(CZorPoint3dArray pts, const CZorVertexArray& vl) {
