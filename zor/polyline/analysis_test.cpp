@@ -115,32 +115,27 @@ TEST(PointInsideTest, HierarchyAnswersLikeThePlainTestAfterTheToleranceMoved) {
             }
         }
     }
-    // A short arc whose chord lies within the tolerance of construction: the circle taken then
+    // Short arcs whose chords lie within the tolerance of construction: the circle taken then
     // is centred on the chord, the one of a finer tolerance is not, and only the latter holds
-    // the arc's middle.
-    CZorPoint3d::tol = 1e-3;
-    CZorVertexArray notched =
-        Polygon({P(0, 0), P(5, 0), P(5.0001, 0), P(10, 0), P(10, 10), P(0, 10)});
-    notched[1].bulge = -0.5;
-    const ZOR::detail::PointInsideTester notchTester(notched);
-    CZorPoint3d::tol = 1e-12;
-    const CZorPoint3d middle = notched[1].mid();
-    ASSERT_GT(middle.y, 0.0);  // inside the square
-    ASSERT_TRUE(notched[1].isPoint(middle));
-    EXPECT_FALSE(notchTester.inside(middle, false));
-    EXPECT_TRUE(notchTester.inside(middle, true));
-    // The same for an arc of nearly a whole circle: its box must hold the circle of a finer
-    // tolerance too, which lies far beyond the chord's.
-    CZorPoint3d::tol = 1e-3;
-    CZorVertexArray pocket =
-        Polygon({P(0, 0), P(5, 0), P(5.0009, 0), P(10, 0), P(10, 10), P(0, 10)});
-    pocket[1].bulge = -100.0;
-    const ZOR::detail::PointInsideTester pocketTester(pocket);
-    CZorPoint3d::tol = 1e-12;
-    const CZorPoint3d top = pocket[1].mid();
-    ASSERT_GT(top.y, 0.04);
-    EXPECT_FALSE(pocketTester.inside(top, false));
-    EXPECT_TRUE(pocketTester.inside(top, true));
+    // the arc's middle. A shallow notch, and a pocket of nearly a whole circle, whose box must
+    // hold the circle of the finer tolerance far beyond the chord's.
+    const struct {
+        double chord, bulge, rise;
+    } arcs[] = {{0.0001, -0.5, 0.0}, {0.0009, -100.0, 0.04}};
+    for (const auto& arc : arcs) {
+        SCOPED_TRACE(arc.bulge);
+        CZorPoint3d::tol = 1e-3;
+        CZorVertexArray notched =
+            Polygon({P(0, 0), P(5, 0), P(5 + arc.chord, 0), P(10, 0), P(10, 10), P(0, 10)});
+        notched[1].bulge = arc.bulge;
+        const ZOR::detail::PointInsideTester notchTester(notched);
+        CZorPoint3d::tol = 1e-12;
+        const CZorPoint3d middle = notched[1].mid();
+        ASSERT_GT(middle.y, arc.rise);  // inside the square
+        ASSERT_TRUE(notched[1].isPoint(middle));
+        EXPECT_FALSE(notchTester.inside(middle, false));
+        EXPECT_TRUE(notchTester.inside(middle, true));
+    }
     CZorPoint3d::tol = saved;
 }
 
