@@ -133,7 +133,7 @@ SegmentIndex::SegmentIndex(const CZorVertexArray& vl) {
 std::vector<int> SegmentIndex::zOrder(const std::vector<Box2d>& boxes,
                                       std::vector<std::uint32_t>& codes) {
     // Box centres on a 2^16 grid over their extent, the bits of x and y interleaved: sorting
-    // by that key lays neighbours side by side, so halving the sequence halves the space.
+    // by that key lays neighbours side by side, and the codes' top bits cut space in halves.
     // Unbounded boxes count as centred at the low corner and only widen their subtree's box.
     const int n = static_cast<int>(boxes.size());
     std::vector<double> cx(n), cy(n);
