@@ -95,29 +95,25 @@ Nesting nestByDepth(const CZorArrayTempl<VL>& loops) {
     return nesting;
 }
 
-// The regions of `nesting`, each loop put in by `put(region, loop index)`.
-template <class VL, class Put>
-CZorArrayTempl<CZorArrayTempl<VL>> regionsOf(const Nesting& nesting, Put put) {
+// The regions by depth, taking over the storage of the loops (`loops` keeps emptied members).
+template <class VL>
+CZorArrayTempl<CZorArrayTempl<VL>> regionsByDepthTaking(CZorArrayTempl<VL>& loops) {
+    const Nesting nesting = nestByDepth(loops);
     CZorArrayTempl<CZorArrayTempl<VL>> out;
     out.setLogicalLength(static_cast<std::uint32_t>(nesting.outers.size()));
-    for (int r = 0; r < static_cast<int>(nesting.outers.size()); ++r)
-        put(out[r], nesting.outers[r]);
-    for (const auto& [r, i] : nesting.holes) put(out[r], i);
+    const auto take = [&](int r, int i) {
+        out[r].setLogicalLength(out[r].len() + 1);
+        out[r][-1] = std::move(loops[i]);
+    };
+    for (int r = 0; r < static_cast<int>(nesting.outers.size()); ++r) take(r, nesting.outers[r]);
+    for (const auto& [r, i] : nesting.holes) take(r, i);
     return out;
 }
 
 template <class VL>
 CZorArrayTempl<CZorArrayTempl<VL>> regionsByDepth(const CZorArrayTempl<VL>& loops) {
-    return regionsOf<VL>(nestByDepth(loops),
-                         [&](CZorArrayTempl<VL>& region, int i) { region.append(loops[i]); });
-}
-
-template <class VL>
-CZorArrayTempl<CZorArrayTempl<VL>> regionsByDepthTaking(CZorArrayTempl<VL>& loops) {
-    return regionsOf<VL>(nestByDepth(loops), [&](CZorArrayTempl<VL>& region, int i) {
-        region.setLogicalLength(region.len() + 1);
-        region[-1] = std::move(loops[i]);
-    });
+    CZorArrayTempl<VL> copy = loops;
+    return regionsByDepthTaking(copy);
 }
 
 bool boxesApart(const CZorVertexArray& a, const CZorVertexArray& b) {
