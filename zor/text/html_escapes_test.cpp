@@ -4,15 +4,18 @@
 #include "gtest/gtest.h"
 #include "zor/text/escapes.h"
 #include "zor/text/html_entities.h"
+#include "zor/text/test_text.h"
 
 namespace {
 
-std::wstring text(const CZorString& s) {
-    return s.isNull() ? L"<null>" : static_cast<const wchar_t*>(s);
-}
+using zor_text_test::expectTexts;
+using zor_text_test::text;
 
+CZorString unEscapedHtml(const wchar_t* s) {
+    return CZorString(s).unEscapeHtml();
+}
 std::wstring unEscaped(const wchar_t* s) {
-    return text(CZorString(s).unEscapeHtml());
+    return text(unEscapedHtml(s));
 }
 
 TEST(HtmlEntitiesTest, TablesHoldTheirUnitsInOrderAndAllReadBack) {
@@ -32,7 +35,6 @@ TEST(HtmlEntitiesTest, TablesHoldTheirUnitsInOrderAndAllReadBack) {
 TEST(HtmlEscapeTest, SpecialCharactersOnly) {
     EXPECT_EQ(text(CZorString(L"a<b&c").escapeHtmlSpecial()), L"a&lt;b&amp;c");
     EXPECT_EQ(text(CZorString(L"\"x\" > \xe9").escapeHtmlSpecial()), L"&quot;x&quot; &gt; \xe9");
-    EXPECT_EQ(unEscaped(L"a&lt;b&amp;c"), L"a<b&c");
     EXPECT_TRUE(CZorString().escapeHtmlSpecial().isNull());
 
     CZorString out(L"unchanged");
@@ -43,48 +45,43 @@ TEST(HtmlEscapeTest, SpecialCharactersOnly) {
 }
 
 TEST(HtmlEscapeTest, NumericReferencesForWhatIsNotPlainAscii) {
-    EXPECT_EQ(text(CZorString(L"\xe9").escapeHtml(nullptr)), L"&#xe9;");
-    EXPECT_EQ(text(CZorString(L"\n").escapeHtml(nullptr)), L"&#xa;");
-    EXPECT_EQ(text(CZorString(L"a&\x7f\x20ac\U0001F600").escapeHtml(nullptr)),
-              L"a&amp;&#x7f;&#x20ac;&#x1f600;");
+    const auto all = [](const wchar_t* s) { return CZorString(s).escapeHtml(nullptr); };
+    expectTexts(all, {{L"\xe9", L"&#xe9;"},
+                      {L"\n", L"&#xa;"},
+                      {L"a&\x7f\x20ac\U0001F600", L"a&amp;&#x7f;&#x20ac;&#x1f600;"},
+                      {nullptr, L"<null>"}});
     // With a set of characters given, exactly those are referenced; the special table is out.
     EXPECT_EQ(text(CZorString(L"az<").escapeHtml(L"z")), L"a&#x7a;<");
     EXPECT_EQ(text(CZorString(L"a&\xe9").escapeHtml(L"")), L"a&\xe9");
-    EXPECT_TRUE(CZorString().escapeHtml(nullptr).isNull());
     // Everything escaped comes back.
     const wchar_t* original = L"<\xc4\xe4> & \"\x20ac\" \t\U0001F600";
-    EXPECT_EQ(text(CZorString(original).escapeHtml(nullptr).unEscapeHtml()), original);
+    EXPECT_EQ(unEscaped(text(all(original)).c_str()), original);
 }
 
-TEST(HtmlUnEscapeTest, NamedAndNumericEntities) {
-    EXPECT_EQ(unEscaped(L"&Auml;"), L"\xc4");
-    EXPECT_EQ(unEscaped(L"&#196;"), L"\xc4");
-    EXPECT_EQ(unEscaped(L"&#xC4;&#xc4;"), L"\xc4\xc4");
-    EXPECT_EQ(unEscaped(L"&#x1F600;"), L"\U0001F600");
-}
-
-TEST(HtmlUnEscapeTest, MalformedEntitiesStay) {
-    EXPECT_EQ(unEscaped(L"&auml"), L"&auml");
-    EXPECT_EQ(unEscaped(L"&foo;"), L"&foo;");
-    EXPECT_EQ(unEscaped(L"&AUML;"), L"&AUML;");  // case-sensitive
-    EXPECT_EQ(unEscaped(L"&#12x;"), L"&#12x;");
-    EXPECT_EQ(unEscaped(L"&#xg;"), L"&#xg;");
-    EXPECT_EQ(unEscaped(L"&#X41;"), L"&#X41;");
-    EXPECT_EQ(unEscaped(L"&;"), L"&;");
-    EXPECT_EQ(unEscaped(L"&"), L"&");
-    EXPECT_EQ(unEscaped(L"&&&amp"), L"&&&amp");
-    // The first semicolon ends the entity.
-    EXPECT_EQ(unEscaped(L"&amp;;"), L"&;");
-    EXPECT_EQ(unEscaped(L"&lt &gt;"), L"&lt >");  // "&lt &gt;" is no entity; "&gt;" is
-    EXPECT_EQ(unEscaped(L"&&lt;"), L"&<");
-    // Numeric entities without digits, or of the unit 0, yield nothing.
-    EXPECT_EQ(unEscaped(L"a&#;b"), L"ab");
-    EXPECT_EQ(unEscaped(L"a&#x;b"), L"ab");
-    EXPECT_EQ(unEscaped(L"a&#0;b"), L"ab");
-    // Huge numbers are cut to the width of a unit instead of overflowing.
-    EXPECT_EQ(unEscaped(L"&#x100000041;"), L"A");
-    EXPECT_EQ(unEscaped(L"&#4294967361;"), L"A");
-    EXPECT_TRUE(CZorString().unEscapeHtml().isNull());
+TEST(HtmlUnEscapeTest, EntitiesAndWhatBadOnesGive) {
+    expectTexts(unEscapedHtml,
+                {{L"&Auml;", L"\xc4"},
+                 {L"&#196;", L"\xc4"},
+                 {L"&#xC4;&#xc4;", L"\xc4\xc4"},
+                 {L"&#x1F600;", L"\U0001F600"},
+                 {L"a&lt;b&amp;c", L"a<b&c"},
+                 // The first semicolon ends the entity; "&lt &gt;" holds only "&gt;".
+                 {L"&amp;;", L"&;"},
+                 {L"&lt &gt;", L"&lt >"},
+                 {L"&&lt;", L"&<"},
+                 // Numeric entities without digits, or of the unit 0, yield nothing.
+                 {L"a&#;b", L"ab"},
+                 {L"a&#x;b", L"ab"},
+                 {L"a&#0;b", L"ab"},
+                 // Huge numbers are cut to the width of a unit instead of overflowing.
+                 {L"&#x100000041;", L"A"},
+                 {L"&#4294967361;", L"A"},
+                 {nullptr, L"<null>"}});
+    // Malformed and unknown entities stay as they are; names are case-sensitive.
+    for (const wchar_t* kept :
+         {L"&auml", L"&foo;", L"&AUML;", L"&#12x;", L"&#xg;", L"&#X41;", L"&;", L"&", L"&&&amp"}) {
+        EXPECT_EQ(unEscaped(kept), kept);
+    }
 }
 
 // Each '&' looks for the next ';' only once, so long hostile texts finish at once.
