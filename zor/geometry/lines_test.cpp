@@ -1,66 +1,52 @@
 #include "zor/geometry/lines.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <array>
-#include <cmath>
 #include <random>
+
+#include "zor/geometry/test_helpers.h"
 
 namespace {
 
-using ::testing::ElementsAre;
-using P = CZorPoint3d;
+using namespace ZOR::test;
+using LinesTest = PointTolTest;
 
-std::array<double, 3> Xyz(const double* p) {
-    return {p[0], p[1], p[2]};
-}
-
-class LinesTest : public ::testing::Test {
-  protected:
-    CZorPoint3dTol restore_;  // every test leaves the point tolerance as it found it
-};
-
-TEST_F(LinesTest, CrossingTakesZFromTheLineThatEndsUpFirst) {
-    P out;
-    ASSERT_TRUE(ZOR::inters(P(0, 0, 3), P(2, 2, 9), P(0, 2, 5), P(2, 0, 5), false, out));
-    EXPECT_THAT(Xyz(out), ElementsAre(1, 1, 3));
-    // A vertical first line trades places: the other line gives z, whichever order.
-    const P h0(-1, 0, 2), h1(3, 0, 2), v0(1, -1, 7), v1(1, 1, 7);
-    ASSERT_TRUE(ZOR::inters(h0, h1, v0, v1, false, out));
-    EXPECT_THAT(Xyz(out), ElementsAre(1, 0, 2));
-    ASSERT_TRUE(ZOR::inters(v0, v1, h0, h1, false, out));
-    EXPECT_THAT(Xyz(out), ElementsAre(1, 0, 2));
-    // Bounded, the crossing must lie on both segments in space, so heights matter.
-    EXPECT_FALSE(ZOR::inters(h0, h1, v0, v1, true, out));
-    EXPECT_TRUE(ZOR::inters(h0, h1, P(1, -1, 2), P(1, 1, 2), true, out));
-}
-
-TEST_F(LinesTest, NoCrossing) {
-    P out;
-    EXPECT_FALSE(ZOR::inters(P(0, 0, 0), P(0, 1, 0), P(1, 0, 0), P(1, 5, 0), false, out));
-    EXPECT_FALSE(ZOR::inters(P(0, 0, 0), P(1, 1, 0), P(0, 1, 0), P(2, 3, 0), false, out));
-    EXPECT_FALSE(ZOR::inters(P(1, 1, 0), P(1, 1, 0), P(0, 0, 0), P(2, 0, 0), false, out));
-    // The boxes overlap, but the lines cross at (0.8, 0.8), past the end of c-d.
-    const P a(0, 0, 0), b(1, 1, 0), c(0, 1, 0), d(0.4, 0.9, 0);
-    EXPECT_FALSE(ZOR::inters(a, b, c, d, true, out));
-    EXPECT_TRUE(ZOR::inters(a, b, c, d, false, out));
-}
-
-TEST_F(LinesTest, NearlyVerticalSecondLineUsesItsEndX) {
-    P out;
-    const double x = 1 + 5e-10;
-    ASSERT_TRUE(ZOR::inters(P(0, 0, 0), P(4, 0, 0), P(1, -1, 0), P(x, 1, 0), false, out));
-    EXPECT_THAT(Xyz(out), ElementsAre(x, 0, 0));
-}
-
-TEST_F(LinesTest, BoundedCrossingWithinToleranceOfAnEnd) {
-    const P a(0, 0, 0), b(-1, 0, 0);
-    P out;
-    EXPECT_TRUE(ZOR::inters(a, b, P(1e-5, -1, 0), P(1e-5, 1, 0), true, out));
-    EXPECT_FALSE(ZOR::inters(a, b, P(2e-5, -1, 0), P(2e-5, 1, 0), true, out));
+TEST_F(LinesTest, Crossings) {
+    // The crossing takes z from the first line, unless that one is vertical: then the lines
+    // trade places. Bounded, the crossing must lie on both segments in space, within the
+    // tolerance of an end. A nearly vertical second line gives the x of its end.
+    const P h0(-1, 0, 2), h1(3, 0, 2), v0(1, -1, 7), v1(1, 1, 7), o(0, 0, 0), w(-1, 0, 0);
+    const P a(0, 0, 0), b(1, 1, 0), c(0, 1, 0), d(0.4, 0.9, 0);  // boxes overlap, lines don't
+    const P none(kNan, 0, 0);
+    const struct {
+        P a0, a1, b0, b1;
+        bool bounded;
+        P at;
+    } cases[] = {
+        {{0, 0, 3}, {2, 2, 9}, {0, 2, 5}, {2, 0, 5}, false, {1, 1, 3}},
+        {h0, h1, v0, v1, false, {1, 0, 2}},
+        {v0, v1, h0, h1, false, {1, 0, 2}},
+        {h0, h1, v0, v1, true, none},
+        {h0, h1, {1, -1, 2}, {1, 1, 2}, true, {1, 0, 2}},
+        {{0, 0, 0}, {4, 0, 0}, {1, -1, 0}, {1 + 5e-10, 1, 0}, false, {1 + 5e-10, 0, 0}},
+        {{0, 0, 0}, {0, 1, 0}, {1, 0, 0}, {1, 5, 0}, false, none},
+        {{0, 0, 0}, {1, 1, 0}, {0, 1, 0}, {2, 3, 0}, false, none},
+        {{1, 1, 0}, {1, 1, 0}, {0, 0, 0}, {2, 0, 0}, false, none},
+        {a, b, c, d, true, none},
+        {a, b, c, d, false, {0.8, 0.8, 0}},
+        {o, w, {1e-5, -1, 0}, {1e-5, 1, 0}, true, {1e-5, 0, 0}},
+        {o, w, {2e-5, -1, 0}, {2e-5, 1, 0}, true, none},
+    };
+    for (const auto& t : cases) {
+        SCOPED_TRACE(&t - cases);
+        P out;
+        const bool found = ZOR::inters(t.a0, t.a1, t.b0, t.b1, t.bounded, out);
+        EXPECT_EQ(found, t.at.isValid());
+        if (found) {
+            EXPECT_TRUE(near(out, t.at, 1e-12));
+        }
+    }
     CZorPoint3dTol wide(1e-4);
-    EXPECT_TRUE(ZOR::inters(a, b, P(2e-5, -1, 0), P(2e-5, 1, 0), true, out));
+    P out;
+    EXPECT_TRUE(ZOR::inters(o, w, P(2e-5, -1, 0), P(2e-5, 1, 0), true, out));
 }
 
 TEST_F(LinesTest, PointOnSegment) {

@@ -1,26 +1,10 @@
 #include "zor/geometry/vector3d.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <array>
-#include <cmath>
-#include <limits>
-#include <numbers>
+#include "zor/geometry/test_helpers.h"
 
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsNan;
-using V = CZorVector3d;
-
-constexpr double kPi = std::numbers::pi;
-constexpr double kInf = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-
-std::array<double, 3> Xyz(const double* p) {
-    return {p[0], p[1], p[2]};
-}
+using namespace ZOR::test;
 
 TEST(VectorTest, EqualityIsPerCoordinateWithoutDistance) {
     const V o(0, 0, 0);
@@ -58,7 +42,7 @@ TEST(VectorTest, NormalizeAtTheToleranceBoundary) {
     EXPECT_THAT(Xyz(V(kInf, 0, 0).normalize()), ElementsAre(0, 0, 0));
 }
 
-TEST(VectorTest, AngleTo) {
+TEST(VectorTest, AngleToAndAngleInFullTurn) {
     EXPECT_THAT(V(1, 0, 0).angleTo(V(0, 0, 0)), IsNan());
     EXPECT_THAT(V(0, 0, 1e-8).angleTo(V(1, 0, 0)), IsNan());
     EXPECT_DOUBLE_EQ(V(1, 0, 0).angleTo(V(0, 0, 3)), kPi / 2);
@@ -66,6 +50,8 @@ TEST(VectorTest, AngleTo) {
     const V p(0.1, 0.7, 0);
     EXPECT_EQ(ZOR::g_v_ang(p, p * 3.0), 0.0);
     EXPECT_EQ(p.angleTo(p * -3.0), kPi);
+    EXPECT_EQ(ZOR::angle(V(0, 0, 0)), 0.0);
+    EXPECT_EQ(ZOR::angle(V(1, -1e-30, 0)), 6.283185307179586);  // brought up, not left negative
 }
 
 TEST(VectorTest, ParallelAndOrthogonal) {
@@ -77,11 +63,6 @@ TEST(VectorTest, ParallelAndOrthogonal) {
     EXPECT_TRUE(V(1, 0, 0).isOrthoTo(V(0.99e-9, 1, 0)));
     EXPECT_FALSE(V(1, 0, 0).isOrthoTo(V(1e-9, 1, 0)));
     EXPECT_FALSE(V(1000, 0, 0).isOrthoTo(V(1e-11, 1, 0)));
-}
-
-TEST(VectorTest, AngleInFullTurn) {
-    EXPECT_EQ(ZOR::angle(V(0, 0, 0)), 0.0);
-    EXPECT_EQ(ZOR::angle(V(1, -1e-30, 0)), 6.283185307179586);  // brought up, not left negative
 }
 
 }  // namespace
