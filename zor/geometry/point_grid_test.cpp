@@ -1,11 +1,10 @@
 #include "zor/geometry/point_grid.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cmath>
 #include <random>
 #include <vector>
+
+#include "zor/geometry/test_helpers.h"
 
 namespace {
 
@@ -26,7 +25,7 @@ TEST(PointGridTest, FindsEveryPointWithinTolerance) {
     for (int q = 0; q < 4000; ++q) {
         // Around a point, or at just under the tolerance from it in any direction.
         const CZorPoint3d& base = pts[q % pts.size()];
-        const double w = M_PI * off(rng) * 1e5;
+        const double w = ZOR::test::kPi * off(rng) * 1e5;
         const CZorPoint3d p = q % 2 == 0 ? CZorPoint3d(base.x + off(rng), base.y + off(rng), 0.0)
                                          : ZOR::polar(base, w, 0.999e-5);
         grid.near(p, near);

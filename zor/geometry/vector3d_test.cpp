@@ -18,7 +18,6 @@ TEST(VectorTest, EqualityIsPerCoordinateWithoutDistance) {
 
 TEST(VectorTest, ScalingKeepsZerosPositive) {
     const V v(0, 1, 0);
-    EXPECT_THAT(Xyz(v * 2.0), ElementsAre(0, 2, 0));
     const V neg = -v;
     EXPECT_THAT(Xyz(neg), ElementsAre(0, -1, 0));
     EXPECT_FALSE(std::signbit(neg.x) || std::signbit(neg.z));
