@@ -10,6 +10,7 @@ namespace {
 
 using zor_text_test::expectTexts;
 using zor_text_test::text;
+using zor_text_test::TextCase;
 
 CZorString unEscapedHtml(const wchar_t* s) {
     return CZorString(s).unEscapeHtml();
@@ -46,10 +47,11 @@ TEST(HtmlEscapeTest, SpecialCharactersOnly) {
 
 TEST(HtmlEscapeTest, NumericReferencesForWhatIsNotPlainAscii) {
     const auto all = [](const wchar_t* s) { return CZorString(s).escapeHtml(nullptr); };
-    expectTexts(all, {{L"\xe9", L"&#xe9;"},
-                      {L"\n", L"&#xa;"},
-                      {L"a&\x7f\x20ac\U0001F600", L"a&amp;&#x7f;&#x20ac;&#x1f600;"},
-                      {nullptr, L"<null>"}});
+    const TextCase cases[] = {{L"\xe9", L"&#xe9;"},
+                              {L"\n", L"&#xa;"},
+                              {nullptr, L"<null>"},
+                              {L"a&\x7f\x20ac\U0001F600", L"a&amp;&#x7f;&#x20ac;&#x1f600;"}};
+    expectTexts(all, cases);
     // With a set of characters given, exactly those are referenced; the special table is out.
     EXPECT_EQ(text(CZorString(L"az<").escapeHtml(L"z")), L"a&#x7a;<");
     EXPECT_EQ(text(CZorString(L"a&\xe9").escapeHtml(L"")), L"a&\xe9");
@@ -58,26 +60,18 @@ TEST(HtmlEscapeTest, NumericReferencesForWhatIsNotPlainAscii) {
     EXPECT_EQ(unEscaped(text(all(original)).c_str()), original);
 }
 
+// The first semicolon ends the entity, so "&lt &gt;" holds only "&gt;". Numeric entities without
+// digits, or of the unit 0, yield nothing; huge numbers are cut to the width of a unit instead of
+// overflowing. Malformed and unknown entities stay as they are; names are case-sensitive.
 TEST(HtmlUnEscapeTest, EntitiesAndWhatBadOnesGive) {
-    expectTexts(unEscapedHtml,
-                {{L"&Auml;", L"\xc4"},
-                 {L"&#196;", L"\xc4"},
-                 {L"&#xC4;&#xc4;", L"\xc4\xc4"},
-                 {L"&#x1F600;", L"\U0001F600"},
-                 {L"a&lt;b&amp;c", L"a<b&c"},
-                 // The first semicolon ends the entity; "&lt &gt;" holds only "&gt;".
-                 {L"&amp;;", L"&;"},
-                 {L"&lt &gt;", L"&lt >"},
-                 {L"&&lt;", L"&<"},
-                 // Numeric entities without digits, or of the unit 0, yield nothing.
-                 {L"a&#;b", L"ab"},
-                 {L"a&#x;b", L"ab"},
-                 {L"a&#0;b", L"ab"},
-                 // Huge numbers are cut to the width of a unit instead of overflowing.
-                 {L"&#x100000041;", L"A"},
-                 {L"&#4294967361;", L"A"},
-                 {nullptr, L"<null>"}});
-    // Malformed and unknown entities stay as they are; names are case-sensitive.
+    const TextCase entities[] = {{L"&Auml;", L"\xc4"}, {L"&#xC4;&#xc4;", L"\xc4\xc4"},
+                                 {L"&#196;", L"\xc4"}, {L"&#x1F600;", L"\U0001F600"},
+                                 {L"&amp;;", L"&;"},   {L"a&lt;b&amp;c", L"a<b&c"},
+                                 {L"&&lt;", L"&<"},    {L"&lt &gt;", L"&lt >"},
+                                 {L"a&#;b", L"ab"},    {L"&#x100000041;", L"A"},
+                                 {L"a&#x;b", L"ab"},   {L"&#4294967361;", L"A"},
+                                 {L"a&#0;b", L"ab"},   {nullptr, L"<null>"}};
+    expectTexts(unEscapedHtml, entities);
     for (const wchar_t* kept :
          {L"&auml", L"&foo;", L"&AUML;", L"&#12x;", L"&#xg;", L"&#X41;", L"&;", L"&", L"&&&amp"}) {
         EXPECT_EQ(unEscaped(kept), kept);

@@ -1,19 +1,19 @@
 #include "zor/text/text_lists.h"
 
+#include <array>
 #include <initializer_list>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "gtest/gtest.h"
+#include "zor/text/test_text.h"
 
 namespace {
 
 using List = CZorArrayTempl<CZorString>;
-
-std::wstring text(const CZorString& s) {
-    return s.isNull() ? L"<null>" : static_cast<const wchar_t*>(s);
-}
+using zor_text_test::text;
 
 std::vector<std::wstring> entries(const List& list) {
     std::vector<std::wstring> out;
@@ -69,43 +69,45 @@ TEST(ParseTest, FirstBalancedPair) {
     EXPECT_EQ(text(ZOR::parse(L"()", L"(", L")", false)), L"");
     EXPECT_FALSE(ZOR::parse(L"()", L"(", L")", false).isNull());
     EXPECT_EQ(text(ZOR::parse(L"x <a:1<b:2>> y", L"<a:", L">", false)), L"1<b:2");
-    EXPECT_TRUE(ZOR::parse(L"x(y", L"(", L")", false).isNull());
-    EXPECT_TRUE(ZOR::parse(L"x", L"(", L")", true).isNull());
-    EXPECT_TRUE(ZOR::parse(L"x)(", L"(", L")", true).isNull());
-    EXPECT_TRUE(ZOR::parse(L"|a|", L"|", L"|", true).isNull());  // open == close never closes
-    EXPECT_TRUE(ZOR::parse(nullptr, L"(", L")", true).isNull());
-    EXPECT_TRUE(ZOR::parse(L"(a)", L"", L")", true).isNull());
-    EXPECT_TRUE(ZOR::parse(L"(a)", L"(", nullptr, true).isNull());
+    // No pair, a pair whose open and close are the same (it never closes), or no text: null.
+    const std::array<const wchar_t*, 3> unpaired[] = {
+        {L"x(y", L"(", L")"},  {L"x", L"(", L")"},  {L"x)(", L"(", L")"},   {L"|a|", L"|", L"|"},
+        {nullptr, L"(", L")"}, {L"(a)", L"", L")"}, {L"(a)", L"(", nullptr}};
+    for (const auto& [s, open, close] : unpaired) {
+        EXPECT_TRUE(ZOR::parse(s, open, close, true).isNull()) << s;
+        EXPECT_TRUE(ZOR::parse(s, open, close, false).isNull()) << s;
+    }
 }
 
 bool match(const wchar_t* s, const wchar_t* pattern, wchar_t separator = 0) {
     return CZorString(s).match(pattern, separator);
 }
 
-TEST(MatchTest, Wildcards) {
-    EXPECT_TRUE(match(L"abc", L"a?c"));
-    EXPECT_FALSE(match(L"abc", L"a?"));
-    EXPECT_TRUE(match(L"abc", L"*c"));
-    EXPECT_FALSE(match(L"abc", L"*b"));
-    EXPECT_FALSE(match(L"xaya", L"*a?z"));
-    EXPECT_FALSE(match(L"abc", L"ABC"));
-    EXPECT_TRUE(match(L"", L"*"));
-    EXPECT_TRUE(match(L"abc", L"a*"));
-    EXPECT_TRUE(match(L"ac", L"a*b"));    // nothing behind an inner star is looked at
-    EXPECT_TRUE(match(L"abab", L"*ab"));  // the second occurrence of the head fits
+// Nothing behind an inner star is looked at ("a*b" takes "ac"); behind a leading star the
+// second occurrence of the head may fit, and the rest is split at commas whatever the
+// separator: in "ax,b" the pattern "*x,b" finds "x,b", but neither "x" nor "b" is the whole
+// text from there. Matching is case-sensitive.
+TEST(MatchTest, WildcardsAndAlternatives) {
+    const std::tuple<const wchar_t*, const wchar_t*, wchar_t, bool> cases[] = {
+        {L"abc", L"a?c", 0, true}, {L"abc", L"a?", 0, false},    {L"abc", L"*c", 0, true},
+        {L"abc", L"*b", 0, false}, {L"xaya", L"*a?z", 0, false}, {L"abc", L"ABC", 0, false},
+        {L"", L"*", 0, true},      {L"abc", L"a*", 0, true},     {L"ac", L"a*b", 0, true},
+        {L"abab", L"*ab", 0, true}};
+    const std::tuple<const wchar_t*, const wchar_t*, wchar_t, bool> alternatives[] = {
+        {L"file.dwg", L"*.dxf,*.dwg", L',', true},
+        {L"file.dwg", L"*.dxf,*.dwg", 0, false},
+        {L"file.dxf", L";;*.dxf;", L';', true},
+        {L"", L",,", L',', false},
+        {L"ax,b", L"*x,b", 0, false},
+        {L"ax,b", L"*x,*", 0, true}};
+    const auto expectAll = [](const auto& table) {
+        for (const auto& [s, pattern, separator, matches] : table)
+            EXPECT_EQ(match(s, pattern, separator), matches) << s << " " << pattern;
+    };
+    expectAll(cases);
+    expectAll(alternatives);
     EXPECT_FALSE(CZorString().match(L"*", 0));
     EXPECT_FALSE(CZorString(L"a").match(nullptr, 0));
-}
-
-TEST(MatchTest, AlternativesAtTheSeparator) {
-    EXPECT_TRUE(match(L"file.dwg", L"*.dxf,*.dwg", L','));
-    EXPECT_FALSE(match(L"file.dwg", L"*.dxf,*.dwg"));
-    EXPECT_TRUE(match(L"file.dxf", L";;*.dxf;", L';'));
-    EXPECT_FALSE(match(L"", L",,", L','));
-    // Behind a leading star the rest is split at commas, whatever the separator: "x,b" is
-    // found, but then neither "x" nor "b" is the whole text from there.
-    EXPECT_FALSE(match(L"ax,b", L"*x,b"));
-    EXPECT_TRUE(match(L"ax,b", L"*x,*"));
 }
 
 // The rule as stated, without folding runs of leading stars.
@@ -263,28 +265,21 @@ std::wstring incremented(const wchar_t* s, int step, bool expected = true) {
     return text(name);
 }
 
+// In "Pos 9" the blank is dropped and the carry runs on; in "#9" it leaves through the dropped
+// unit. A step of zero or below changes nothing.
 TEST(NumberingTest, CountsLikeAnOdometer) {
-    EXPECT_EQ(incremented(L"A9", 1), L"B0");
-    EXPECT_EQ(incremented(L"1-9", 1), L"2-0");
-    EXPECT_EQ(incremented(L"9", 1), L"10");
-    EXPECT_EQ(incremented(L"Z", 1), L"BA");
-    EXPECT_EQ(incremented(L"Zz", 1), L"BAa");
-    EXPECT_EQ(incremented(L"a.9", 1), L"b.0");
-    EXPECT_EQ(incremented(L"A8", 12), L"C0");
-    EXPECT_EQ(incremented(L"A8", 0), L"A8");
-    EXPECT_EQ(incremented(L"9", 1000), L"1009");
-    EXPECT_EQ(incremented(L"z", 27), L"ca");
-    EXPECT_EQ(incremented(L"Pos 9", 1), L"Pot0");  // the blank is dropped, the carry runs on
-    EXPECT_EQ(incremented(L"#9", 1), L"10");       // the carry leaves through a dropped unit
+    const std::tuple<const wchar_t*, int, const wchar_t*> cases[] = {
+        {L"A9", 1, L"B0"},     {L"1-9", 1, L"2-0"}, {L"9", 1, L"10"},       {L"Z", 1, L"BA"},
+        {L"Zz", 1, L"BAa"},    {L"a.9", 1, L"b.0"}, {L"A8", 12, L"C0"},     {L"A8", 0, L"A8"},
+        {L"9", 1000, L"1009"}, {L"z", 27, L"ca"},   {L"Pos 9", 1, L"Pot0"}, {L"#9", 1, L"10"},
+        {L"A8", -5, L"A8"}};
+    for (const auto& [name, step, next] : cases) EXPECT_EQ(incremented(name, step), next);
     EXPECT_EQ(incremented(L"A", 2147483647), L"GYTISYX");
-    EXPECT_EQ(incremented(L"A8", -5), L"A8");
 }
 
 TEST(NumberingTest, OverflowIntoADelimiterEmptiesTheText) {
-    EXPECT_EQ(incremented(L"-9", 1, false), L"");
-    EXPECT_EQ(incremented(L"_5", 1, false), L"");
-    EXPECT_EQ(incremented(L"", 1, false), L"");
-    EXPECT_EQ(incremented(L"#", 1, false), L"");
+    for (const wchar_t* name : {L"-9", L"_5", L"", L"#"})
+        EXPECT_EQ(incremented(name, 1, false), L"");
     CZorString null;
     EXPECT_FALSE(ZOR::str_increment(null, 1));
     EXPECT_TRUE(null.isNull());
