@@ -57,10 +57,7 @@ TEST(AngleTest, DifferencesAndSweeps) {
     EXPECT_DOUBLE_EQ(g_w_mid(kPi / 2, 0.0), 5 * kPi / 4);
     EXPECT_DOUBLE_EQ(g_w_halb(0.1, 6.0), 3.05 + kPi);  // not normalised
 
-    const CZorPoint3d apex(0, 0, 0);
-    const CZorPoint3d east(1, 0, 0);
-    const CZorPoint3d north(0, 2, 0);
-    const CZorPoint3d south(0, -1, 0);
+    const P apex(0, 0, 0), east(1, 0, 0), north(0, 2, 0), south(0, -1, 0);
     EXPECT_DOUBLE_EQ(g_aabs(east, apex, south), kPi / 2);
     EXPECT_DOUBLE_EQ(g_aabs(north, apex, south), kPi);
     // From the ray to p2 to the ray to p0, and the other way round.

@@ -49,7 +49,7 @@ TEST_F(LinesTest, Crossings) {
     EXPECT_TRUE(ZOR::inters(o, w, P(2e-5, -1, 0), P(2e-5, 1, 0), true, out));
 }
 
-TEST_F(LinesTest, PointOnSegment) {
+TEST_F(LinesTest, PointOnSegmentAndFoot) {
     const P a(0, 0, 0), b(-1, 0, 0);
     EXPECT_TRUE(ZOR::g_line_pt(a, b, P(-0.5, 1e-5, 0)));  // exactly tol off the line
     EXPECT_FALSE(ZOR::g_line_pt(a, b, P(-0.5, 1.1e-5, 0)));
@@ -59,6 +59,9 @@ TEST_F(LinesTest, PointOnSegment) {
         EXPECT_TRUE(ZOR::g_line_pt(forward ? a : b, forward ? b : a, P(1e-5, 0, 0)));
         EXPECT_FALSE(ZOR::g_line_pt(forward ? a : b, forward ? b : a, P(1.1e-5, 0, 0)));
     }
+    EXPECT_THAT(Xyz(ZOR::g_lotp(P(0, 0, 0), P(2, 0, 0), P(1, 5, 7))), ElementsAre(1, 0, 0));
+    EXPECT_THAT(Xyz(ZOR::g_lotp(P(0, 0, 0), P(0, 0, 2), P(1, 1, 5))), ElementsAre(0, 0, 5));
+    EXPECT_THAT(Xyz(ZOR::g_lotp(P(1, 2, 3), P(1, 2, 3 + 1e-6), P(9, 9, 9))), ElementsAre(1, 2, 3));
 }
 
 TEST_F(LinesTest, PointOnSegmentAgreesWithThePlainTests) {
@@ -91,12 +94,6 @@ TEST_F(LinesTest, PointOnSegmentAgreesWithThePlainTests) {
         }
     }
     EXPECT_GT(on, 2000);
-}
-
-TEST_F(LinesTest, FootOfPerpendicular) {
-    EXPECT_THAT(Xyz(ZOR::g_lotp(P(0, 0, 0), P(2, 0, 0), P(1, 5, 7))), ElementsAre(1, 0, 0));
-    EXPECT_THAT(Xyz(ZOR::g_lotp(P(0, 0, 0), P(0, 0, 2), P(1, 1, 5))), ElementsAre(0, 0, 5));
-    EXPECT_THAT(Xyz(ZOR::g_lotp(P(1, 2, 3), P(1, 2, 3 + 1e-6), P(9, 9, 9))), ElementsAre(1, 2, 3));
 }
 
 }  // namespace

@@ -80,7 +80,7 @@ TEST(MatrixTest, RotationMirroringScaling) {
     EXPECT_TRUE(near(P(1, 1, 1) * m.setToSRM(P(2, 3, 4), kPi / 2, V(10, 0, 1)), P(7, 2, 5)));
 }
 
-TEST(MatrixTest, Inversion) {
+TEST(MatrixTest, InversionAndPlacementIn2d) {
     M m;
     m.setToSRM(P(2, 3, 4), 0.7, V(10, -2, 1));
     m *= M().setToRotation(1.1, V(1, 2, 3), P(4, 5, 6));
@@ -104,10 +104,6 @@ TEST(MatrixTest, Inversion) {
     M tiny;
     tiny.m[2][2] = 1e-10;
     EXPECT_TRUE(tiny.invert() == M::kIdentity);
-}
-
-TEST(MatrixTest, PlacementIn2d) {
-    M m;
     EXPECT_TRUE(ZOR::g_mtx_2d(m, 1, 2, kPi / 2, 3, -2));
     // The Y scale comes before the X scale in the arguments; Z takes |sx|.
     EXPECT_TRUE(m == FromRows({{0, -3, 0, 1}, {-2, 0, 0, 2}, {0, 0, 2, 0}, {0, 0, 0, 1}}));

@@ -16,7 +16,7 @@ TEST(VectorTest, EqualityIsPerCoordinateWithoutDistance) {
     EXPECT_FALSE(V(0, kInf, 0).isValid());
 }
 
-TEST(VectorTest, ScalingKeepsZerosPositive) {
+TEST(VectorTest, ScalingKeepsZerosPositiveNormalizeAtTheTolerance) {
     const V v(0, 1, 0);
     const V neg = -v;
     EXPECT_THAT(Xyz(neg), ElementsAre(0, -1, 0));
@@ -33,9 +33,6 @@ TEST(VectorTest, CrossProductTransformAndRawSource) {
     V r(7, 8, 9);
     r = static_cast<const double*>(nullptr);  // a missing source leaves the vector
     EXPECT_THAT(Xyz(r), ElementsAre(7, 8, 9));
-}
-
-TEST(VectorTest, NormalizeAtTheToleranceBoundary) {
     EXPECT_THAT(Xyz(V(5e-8, 0, 0).normalize()), ElementsAre(0, 0, 0));
     EXPECT_THAT(Xyz(V(1e-7, 0, 0).normalize()), ElementsAre(1, 0, 0));  // length == tol
     EXPECT_THAT(Xyz(V(kInf, 0, 0).normalize()), ElementsAre(0, 0, 0));
