@@ -3,15 +3,16 @@
 #include <malloc.h>
 
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include "gtest/gtest.h"
 #include "zor/text/languages.h"
+#include "zor/text/test_text.h"
 
 namespace {
 
-std::wstring text(const CZorString& s) {
-    return s.isNull() ? L"<null>" : static_cast<const wchar_t*>(s);
-}
+using zor_text_test::text;
 
 // toMultiByte into a fresh buffer, as a std::string.
 std::string multiByte(const CZorString& s, int codePage) {
@@ -27,17 +28,17 @@ std::wstring wide(const char* bytes, int codePage) {
     return text(s.fromMultiByte(bytes, codePage));
 }
 
+// Code page 1 is the OEM one.
 TEST(CodePageTest, ConvertsTheCodePagesOfTheProduct) {
-    EXPECT_EQ(multiByte(L"\xe4\x20ac", 1252), "\xe4\x80");
-    EXPECT_EQ(multiByte(L"\x159\x10d", 1250), "\xf8\xe8");
-    EXPECT_EQ(multiByte(L"\x436", 1251), "\xe6");
-    EXPECT_EQ(multiByte(L"\x4e2d", 936), "\xd6\xd0");
-    EXPECT_EQ(multiByte(L"\x20ac", 65001), "\xe2\x82\xac");
-    EXPECT_EQ(multiByte(L"\xe4", 1), "\x84");  // OEM
-    EXPECT_EQ(wide("\xe4\x80", 1252), L"\xe4\x20ac");
-    EXPECT_EQ(wide("\xd6\xd0", 936), L"\x4e2d");
-    EXPECT_EQ(wide("\xf0\x9f\x98\x80", 65001), L"\U0001F600");
-    EXPECT_EQ(wide("", 1252), L"");  // empty, not null
+    const std::tuple<const wchar_t*, int, const char*> cases[] = {
+        {L"\xe4\x20ac", 1252, "\xe4\x80"},  {L"\x436", 1251, "\xe6"},
+        {L"\x4e2d", 936, "\xd6\xd0"},       {L"\xe4", 1, "\x84"},
+        {L"\x159\x10d", 1250, "\xf8\xe8"},  {L"", 1252, ""},
+        {L"\x20ac", 65001, "\xe2\x82\xac"}, {L"\U0001F600", 65001, "\xf0\x9f\x98\x80"}};
+    for (const auto& [units, codePage, bytes] : cases) {
+        EXPECT_EQ(multiByte(units, codePage), bytes) << codePage;
+        EXPECT_EQ(wide(bytes, codePage), units) << codePage;  // the empty text is not null
+    }
 }
 
 TEST(CodePageTest, MissingCharactersTravelAsEscapes) {
@@ -125,26 +126,25 @@ std::string decoded(const wchar_t* s) {
     return std::string(reinterpret_cast<const char*>(data.entry()), data.len());
 }
 
-TEST(Base64Test, EncodesByTheStandardAndDecodesBack) {
-    EXPECT_EQ(encoded("abc"), L"YWJj");
-    EXPECT_EQ(encoded("a"), L"YQ==");
-    EXPECT_EQ(encoded("ab"), L"YWI=");
-    EXPECT_EQ(encoded(""), L"");  // empty, not null
+// Decoding is lenient and never fails: missing units count as padding, one byte comes out when
+// the second or third unit is '=', only the low byte of a unit counts, and characters outside
+// the alphabet count by the same arithmetic ('0' + 4 being 52 as it is).
+TEST(Base64Test, EncodesByTheStandardAndDecodesAnything) {
+    const std::pair<const char*, const wchar_t*> standard[] = {
+        {"abc", L"YWJj"}, {"a", L"YQ=="}, {"ab", L"YWI="}, {"", L""}};
+    for (const auto& [plain, code] : standard) {
+        EXPECT_EQ(encoded(plain), code);
+        EXPECT_EQ(decoded(code), plain);
+    }
     std::string all;
     for (int i = 0; i < 256; ++i) all += static_cast<char>(i);
-    const std::wstring text = encoded(all);
-    EXPECT_EQ(text.substr(text.size() - 8), L"/P3+/w==");
-    EXPECT_EQ(decoded(text.c_str()), all);
-}
+    const std::wstring code = encoded(all);
+    EXPECT_EQ(code.substr(code.size() - 8), L"/P3+/w==");
+    EXPECT_EQ(decoded(code.c_str()), all);
 
-TEST(Base64Test, DecodesLenientlyAndNeverFails) {
-    EXPECT_EQ(decoded(L"YQ"), "a");  // missing units count as padding
-    EXPECT_EQ(decoded(L""), "");
-    EXPECT_EQ(decoded(L"===="), "");
-    EXPECT_EQ(decoded(L"YR=j"), "a");  // one byte when the second or third is '='
-    EXPECT_EQ(decoded(L"YQ==YQ=="), "aa");
-    EXPECT_EQ(decoded(L"\x159\x157Jj"), "abc");  // only the low byte of a unit counts
-    // Characters outside the alphabet count by the same arithmetic, '0' + 4 being 52 as it is.
+    const std::pair<const wchar_t*, const char*> lenient[] = {
+        {L"YQ", "a"}, {L"====", ""}, {L"YR=j", "a"}, {L"YQ==YQ==", "aa"}, {L"\x159\x157Jj", "abc"}};
+    for (const auto& [code, plain] : lenient) EXPECT_EQ(decoded(code), plain);
     EXPECT_EQ(decoded(L"!@#$").size(), 3u);
     EXPECT_EQ(decoded(L"\x1\xff\x80\x7f\x5b").size(), 4u);
     std::wstring noise;

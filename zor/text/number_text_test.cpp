@@ -31,11 +31,8 @@ std::wstring rtos(double value, Zor::lFormat format, int precision, bool trimZer
 TEST(NumberTextTest, NonFiniteValuesWriteNanInEveryForm) {
     const double inf = std::numeric_limits<double>::infinity();
     for (const int format : {0, 1, 2, 3, 4, 5, 6, -1}) {
-        for (const double value : {std::nan(""), -std::nan(""), inf, -inf}) {
-            const std::wstring text = rtos(value, static_cast<Zor::lFormat>(format), 2);
-            EXPECT_EQ(text, L"NAN");
-            EXPECT_TRUE(std::isnan(zorAtoF(text.c_str())));
-        }
+        for (const double value : {std::nan(""), -std::nan(""), inf, -inf})
+            EXPECT_EQ(rtos(value, static_cast<Zor::lFormat>(format), 2), L"NAN");
     }
 }
 
@@ -223,11 +220,9 @@ TEST(NumberTextTest, FractionFormsRoundTripExactly) {
 // unsigned parser and negated in 32 bits.
 TEST(NumberParsersTest, IntegersBehaveAsWith32BitLong) {
     const std::pair<const wchar_t*, std::int32_t> integers[] = {
-        {nullptr, 0},         {L"-42", -42},
-        {L"4294967295", -1},  {L"2147483648", INT32_MIN},
-        {L"99999999999", -1}, {L"-99999999999", INT32_MIN},
-        {L" -5", -5},         {L"12abc", 12},
-        {L"--1", 0},          {L"- 1", 0}};
+        {nullptr, 0}, {L"4294967295", -1},          {L" -5", -5}, {L"-42", -42},
+        {L"--1", 0},  {L"2147483648", INT32_MIN},   {L"- 1", 0},  {L"99999999999", -1},
+        {L"+-1", 0},  {L"-99999999999", INT32_MIN}, {L" --1", 0}, {L"12abc", 12}};
     for (const auto& [text, value] : integers) EXPECT_EQ(ZOR::atoi(text), value) << text;
     EXPECT_EQ(ZOR::atoui(L"-1"), 4294967295ul);
     EXPECT_EQ(ZOR::atoui(nullptr), 0ul);
