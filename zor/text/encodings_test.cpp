@@ -41,7 +41,8 @@ TEST(CodePageTest, ConvertsTheCodePagesOfTheProduct) {
     }
 }
 
-TEST(CodePageTest, MissingCharactersTravelAsEscapes) {
+// What a code page lacks travels as an escape; bad, null and unknown input never fails.
+TEST(CodePageTest, MissingCharactersTravelAsEscapesAndBadInputConverts) {
     // The OEM code page has no euro sign.
     EXPECT_EQ(multiByte(L"5\x20ac", 1), "5\\U+20ac");
     EXPECT_EQ(wide("5\\U+20ac", 1), L"5\x20ac");
@@ -54,18 +55,8 @@ TEST(CodePageTest, MissingCharactersTravelAsEscapes) {
     EXPECT_EQ(wide("\\U+20ac", 65001), L"\\U+20ac");
     // 1251 has no a-umlaut; its escape would be itself, so the default character stands in.
     EXPECT_EQ(multiByte(L"a\xe4z", 1251), "a?z");
-}
-
-TEST(CodePageTest, NullBadAndUnknownInput) {
     CZorString s(L"x");
     EXPECT_TRUE(s.fromMultiByte(nullptr, 1252).isNull());
-    // A null string gives the empty text in a buffer of at least 7 bytes.
-    char* buffer = nullptr;
-    CZorString().toMultiByte(buffer, 1252);
-    ASSERT_NE(buffer, nullptr);
-    EXPECT_STREQ(buffer, "");
-    EXPECT_GE(malloc_usable_size(buffer), 7u);
-    delete[] buffer;
     // Bytes that the code page doesn't define, and a cut-off sequence.
     EXPECT_EQ(wide("a\377b", 65001), L"a\ufffdb");
     EXPECT_EQ(wide("a\xe2\x82", 65001), L"a\xfffd\xfffd");
@@ -77,6 +68,13 @@ TEST(CodePageTest, NullBadAndUnknownInput) {
 }
 
 TEST(CodePageTest, BufferIsKeptWhenLargeEnoughAndReplacedOtherwise) {
+    // A null string gives the empty text in a buffer of at least 7 bytes.
+    char* buffer = nullptr;
+    CZorString().toMultiByte(buffer, 1252);
+    ASSERT_NE(buffer, nullptr);
+    EXPECT_STREQ(buffer, "");
+    EXPECT_GE(malloc_usable_size(buffer), 7u);
+    delete[] buffer;
     char* big = new char[64];
     char* const kept = big;
     CZorString(L"hello").toMultiByte(big, 1252);

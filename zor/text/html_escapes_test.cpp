@@ -33,7 +33,7 @@ TEST(HtmlEntitiesTest, TablesHoldTheirUnitsInOrderAndAllReadBack) {
     EXPECT_STREQ(table[99].text, L"&yuml;");
 }
 
-TEST(HtmlEscapeTest, SpecialCharactersOnly) {
+TEST(HtmlEscapeTest, SpecialCharactersAndNumericReferences) {
     EXPECT_EQ(text(CZorString(L"a<b&c").escapeHtmlSpecial()), L"a&lt;b&amp;c");
     EXPECT_EQ(text(CZorString(L"\"x\" > \xe9").escapeHtmlSpecial()), L"&quot;x&quot; &gt; \xe9");
     EXPECT_TRUE(CZorString().escapeHtmlSpecial().isNull());
@@ -43,9 +43,8 @@ TEST(HtmlEscapeTest, SpecialCharactersOnly) {
     EXPECT_EQ(text(out), L"unchanged");
     EXPECT_TRUE(ZOR::htmlSpecialChars(out, L"1 < 2"));
     EXPECT_EQ(text(out), L"1 &lt; 2");
-}
 
-TEST(HtmlEscapeTest, NumericReferencesForWhatIsNotPlainAscii) {
+    // The full escape also references what is not plain ASCII.
     const auto all = [](const wchar_t* s) { return CZorString(s).escapeHtml(nullptr); };
     const TextCase cases[] = {{L"\xe9", L"&#xe9;"},
                               {L"\n", L"&#xa;"},

@@ -7,15 +7,13 @@ namespace {
 using ZOR::detail::fromUtf8;
 using ZOR::detail::toUtf8;
 
-TEST(Utf8, EveryLengthOfSequenceRoundTrips) {
+TEST(Utf8, EveryLengthOfSequenceRoundTripsAndNonCharactersAreReplaced) {
     const std::wstring text = L"a\u00e9\u20ac\U0001F600";
     EXPECT_EQ(toUtf8(text), "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
     EXPECT_EQ(fromUtf8(toUtf8(text)), text);
     EXPECT_EQ(toUtf8(static_cast<const wchar_t*>(nullptr)), "");
     EXPECT_EQ(fromUtf8(static_cast<const char*>(nullptr)), L"");
-}
-
-TEST(Utf8, UnitsWithoutCodePointBecomeReplacement) {
+    // Units without a code point become the replacement character.
     const wchar_t surrogate[] = {0xD800, 0};
     const wchar_t beyond[] = {static_cast<wchar_t>(0x110000), 0};
     EXPECT_EQ(toUtf8(surrogate), "\xEF\xBF\xBD");
