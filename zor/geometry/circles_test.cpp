@@ -102,6 +102,7 @@ TEST_F(CircleTest, SegmentAndArcFiltersArcArc) {
     EXPECT_TRUE(gives(true, {{0.5, -kSin60, 0}}));
     EXPECT_TRUE(g_cai(list_, P(5, 0, 0), 1, c, 1, 0, kPi));
     EXPECT_TRUE(list_.isEmpty());
+    list_.append(c);  // replaced, not appended to
     EXPECT_TRUE(
         gives(g_aai(list_, c, 1, 0, kPi, P(1, 0, 0), 1, 0, 2 * kPi - 0.01), {{0.5, kSin60, 0}}));
     EXPECT_TRUE(gives(g_aai(list_, c, 1, kPi / 2, kPi, P(1, 0, 0), 1, 0, kPi), {}));

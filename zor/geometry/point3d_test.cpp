@@ -31,7 +31,7 @@ TEST_F(PointTest, EqualityIsEuclideanAndInclusiveOrderIsExact) {
     const P nan(kNan, 0, 0), copy(nan);  // NaN is equal only to the very same object
     EXPECT_TRUE(nan == nan);
     EXPECT_FALSE(nan == copy);
-    EXPECT_FALSE(nan.isValid() || P(0, 0, -std::numeric_limits<double>::infinity()).isValid());
+    EXPECT_FALSE(nan.isValid() || P(0, 0, -kInf).isValid());
 
     // Order is exact and lexicographic: later coordinates count only on exact ties.
     const P a(1, 0, 0), b(1 + 1e-9, 0, 0);
