@@ -42,7 +42,7 @@ Texts tokens(const wchar_t* s, const wchar_t* delimiters, bool keepEmpty) {
     return outcome(list, ZOR::strTok(list, s, delimiters, keepEmpty));
 }
 
-TEST(StrTokTest, WithAndWithoutEmptyTokens) {
+TEST(StrTokTest, SplitsWithAndWithoutEmptyTokensAndImplodeJoins) {
     EXPECT_EQ(tokens(L"a,,b", L",", false), (Texts{L"a", L"b"}));
     EXPECT_EQ(tokens(L"a,,b", L",", true), (Texts{L"a", L"", L"b"}));
     EXPECT_EQ(tokens(L";a;;b;", L";", true), (Texts{L"", L"a", L"", L"b", L""}));
@@ -52,9 +52,7 @@ TEST(StrTokTest, WithAndWithoutEmptyTokens) {
     EXPECT_EQ(tokens(L"a,b", nullptr, true), (Texts{L"a,b"}));
     EXPECT_EQ(tokens(nullptr, L",", false), (Texts{L"old", L"false"}));  // the list stays
     EXPECT_EQ(entries(ZOR::explode(L"x y", L" ", false)), (Texts{L"x", L"y"}));
-}
-
-TEST(ImplodeTest, JoinsAndKeepsNullForNothing) {
+    // Implode joins, and gives null for nothing.
     EXPECT_TRUE(ZOR::implode(List(), L",").isNull());
     EXPECT_EQ(text(ZOR::implode(listOf({L"a", L"b"}), L", ")), L"a, b");
     EXPECT_EQ(text(ZOR::implode(listOf({L"a", L"b"}), nullptr)), L"ab");
@@ -180,34 +178,32 @@ TEST(MatchTest, RunsOfStarsOnLongTextsFinish) {
     EXPECT_TRUE(match((pairs + L"q").c_str(), L"*a,*a,*q"));
 }
 
-TEST(MarkerTest, HeadsOfMarkers) {
-    List heads = listOf({L"old"});
-    ZOR::getMarkerList(L"<a:1> and <b:2>", heads);
-    EXPECT_EQ(entries(heads), (Texts{L"old", L"<a:", L"<b:"}));
-    heads.removeAll();
-    ZOR::getMarkerList(L"<x>", heads);
-    EXPECT_TRUE(heads.isEmpty());
-    ZOR::getMarkerList(L"<a:1><a:2> <unclosed:", heads);
-    EXPECT_EQ(entries(heads), (Texts{L"<a:", L"<a:"}));
-    heads.removeAll();
-    ZOR::getMarkerList(L"<outer:<inner:1>>", heads);  // the search goes on behind a marker
-    EXPECT_EQ(entries(heads), (Texts{L"<outer:"}));
-    ZOR::getMarkerList(nullptr, heads);
-    EXPECT_EQ(heads.len(), 1u);
+// getMarkerList into a list that held "old": heads are appended.
+Texts heads(const wchar_t* s) {
+    List list = listOf({L"old"});
+    ZOR::getMarkerList(s, list);
+    return entries(list);
 }
 
-TEST(MarkerTest, ClearAndRemove) {
-    List list = listOf({L"<a:1> x", L"y <b:22> <a:3>"});
-    ZOR::clearMarker(list);
-    EXPECT_EQ(entries(list), (Texts{L"<a:> x", L"y <b:> <a:>"}));
+// The entries of a list of `items` after `edit`.
+Texts edited(void (*edit)(List&), std::initializer_list<const wchar_t*> items) {
+    List list = listOf(items);
+    edit(list);
+    return entries(list);
+}
 
-    list = listOf({L"<a:1> x", L"<a:>", L" <b:2>", L"", L"<c:3>z"});
-    ZOR::removeMarker(list);
-    EXPECT_EQ(entries(list), (Texts{L"1 x", L" 2", L"3z"}));
-
-    list = listOf({L"<a:> x"});
-    ZOR::removeMarker(list);
-    EXPECT_EQ(entries(list), (Texts{L"x"}));
+// The search goes on behind a marker, into a nested one.
+TEST(MarkerTest, HeadsClearAndRemove) {
+    EXPECT_EQ(heads(L"<a:1> and <b:2>"), (Texts{L"old", L"<a:", L"<b:"}));
+    EXPECT_EQ(heads(L"<x>"), (Texts{L"old"}));
+    EXPECT_EQ(heads(L"<a:1><a:2> <unclosed:"), (Texts{L"old", L"<a:", L"<a:"}));
+    EXPECT_EQ(heads(L"<outer:<inner:1>>"), (Texts{L"old", L"<outer:"}));
+    EXPECT_EQ(heads(nullptr), (Texts{L"old"}));
+    EXPECT_EQ(edited(ZOR::clearMarker, {L"<a:1> x", L"y <b:22> <a:3>"}),
+              (Texts{L"<a:> x", L"y <b:> <a:>"}));
+    EXPECT_EQ(edited(ZOR::removeMarker, {L"<a:1> x", L"<a:>", L" <b:2>", L"", L"<c:3>z"}),
+              (Texts{L"1 x", L" 2", L"3z"}));
+    EXPECT_EQ(edited(ZOR::removeMarker, {L"<a:> x"}), (Texts{L"x"}));
 }
 
 std::wstring replaced(const wchar_t* s, const List& values, bool whole) {
